@@ -1,0 +1,31 @@
+# One static library per folder. Every .cpp of the folder belongs to it, so that a new file needs no line here.
+#   velkoro_folder(coords USES core)
+function(velkoro_folder name)
+  cmake_parse_arguments(arg "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  add_library(velkoro_${name} STATIC ${sources})
+  target_include_directories(velkoro_${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  foreach(lower ${arg_USES})
+    target_link_libraries(velkoro_${name} PUBLIC velkoro_${lower})
+  endforeach()
+endfunction()
+
+# One test program per folder of tests/, from its *_test.cpp.
+#   velkoro_tests(core USES core)
+function(velkoro_tests name)
+  cmake_parse_arguments(arg "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${name}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name}_tests ${sources})
+  target_include_directories(${name}_tests PRIVATE ${PROJECT_SOURCE_DIR})
+  target_compile_definitions(${name}_tests PRIVATE VELKORO_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+                                                   VELKORO_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  foreach(lower ${arg_USES})
+    target_link_libraries(${name}_tests PRIVATE velkoro_${lower})
+  endforeach()
+  target_link_libraries(${name}_tests PRIVATE GTest::gtest GTest::gtest_main)
+  gtest_discover_tests(${name}_tests NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60
+                       PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+endfunction()

@@ -1,0 +1,67 @@
+/// What lower folders call and upper folders fill.
+/// A hook is named after what happened or what is asked, not after who listens. Every default is
+/// harmless.
+#pragma once
+
+#include "core/store.h"
+
+#include <functional>
+#include <string>
+
+namespace velkoro {
+
+/// Answers to a conflict between a stored and an incoming waypoint.
+enum class conflict_answer : std::int8_t {
+    keep_old = 0,
+    take_new = 1,
+    keep_both = 2,
+    cancel_batch = 3
+};
+
+struct conflict_question {
+    int old_index = -1;
+    wayp_rec* incoming = nullptr; ///< name and comment may be changed when both are kept
+    bool by_position = false;
+    bool silent = false;   ///< asked by the editor
+    bool remember = false; ///< set by the answer: the batch asks no more for this kind
+};
+
+struct hook_table {
+    /// A waypoint was appended: make its row; marked when asked.
+    std::function<void(int index, bool marked)> row_added = [](int, bool) {};
+    /// A waypoint's data changed: redraw its row; -1 all rows. `mark`: also mark it.
+    std::function<void(int index, bool mark)> row_changed = [](int, bool) {};
+    /// The waypoint's row goes. Rows of higher indexes keep theirs until row_moved.
+    std::function<void(int index)> row_removed = [](int) {};
+    /// The record moved from one index to another while the store was compacted.
+    std::function<void(int from, int to)> row_moved = [](int, int) {};
+    /// All rows are to be made anew from the store.
+    std::function<void()> rows_reset = [] {};
+    /// Store indexes of the marked waypoints in row order.
+    std::function<std::vector<int>()> marked_rows = [] { return std::vector<int>{}; };
+    /// Store indexes of all waypoints in row order; default: store order.
+    std::function<std::vector<int>()> list_order = {};
+    std::function<void()> sort_rows = [] {};
+    std::function<void()> map_changed = [] {};
+    std::function<void()> route_refresh = [] {};
+    /// Decides a conflict; the default takes the new one.
+    std::function<conflict_answer(conflict_question&)> conflict_ask = [](conflict_question&) {
+        return conflict_answer::take_new;
+    };
+    /// Distance between two positions in the selected distance unit.
+    std::function<double(const pos_rec& target, const pos_rec& origin)> distance =
+        [](const pos_rec&, const pos_rec&) { return 0.0; };
+    /// Symbols are in use (symbol level above 0).
+    std::function<bool()> symbols_in_use = [] { return true; };
+    /// Reads Datum.ini and fills `Datum` and `posform`.
+    std::function<void()> read_datums = [] {};
+    /// Position of a waypoint as text in the active format and datum.
+    std::function<std::string(const pos_rec&)> position_text = [](const pos_rec&) {
+        return std::string{};
+    };
+    /// Units changed: rows and windows show them anew.
+    std::function<void()> units_changed = [] {};
+};
+inline hook_table hooks;
+
+} // namespace velkoro
