@@ -14,9 +14,12 @@ namespace velkoro {
 
 struct op_window {
     window form{"op", "VELkoro"};
-    control ring{form, kind::bar, "ring"}; ///< value 0 to 1000; -1 turns without a number
-    control akt{form, kind::label, "akt"}; ///< receiver name, file name
-    control anz{form, kind::label, "anz"}; ///< the current step
+    control ring{form,
+                 kind::bar,
+                 "ring",
+                 {.value = -1, .max = 1000}}; ///< value 0 to 1000; -1 turns without a number
+    control akt{form, kind::label, "akt"};    ///< receiver name, file name
+    control anz{form, kind::label, "anz"};    ///< the current step
     control Abbr{form, kind::button, "Abbr", {.caption = "Abbr", .tag = "7301"}};
     control Dummy{form, kind::button, "Dummy"};
     op_window();
@@ -38,6 +41,9 @@ struct job_state {
     std::string code{};     ///< the job under way, "" none
     bool op_cancel = false; ///< the user asked to stop; a job looks at it at each progress point
     double last_pump = 0;   ///< platform.ticks of the last progress point that pumped
+    double last_look = 0;   ///< platform.ticks when op_due last read the clock
+    int calls = 0, calls_to_look = 0; ///< progress points since then, and when to read it again
+    std::function<void()> ended{};    ///< after each job, before `op` closes: puts the port away
 };
 inline job_state job;
 
