@@ -42,6 +42,12 @@ struct hook_table {
     /// Store indexes of all waypoints in row order; default: store order.
     std::function<std::vector<int>()> list_order = {};
     std::function<void()> sort_rows = [] {};
+    /// Counts the marks, shows the count and keeps them for mark_recover.
+    std::function<void()> mark_count = [] {};
+    /// Saves the waypoints and routes, or the track, to the file in use (mode 0; a missing name is
+    /// asked for). False when nothing was saved.
+    std::function<bool(int mode)> wayp_save = [](int) { return false; };
+    std::function<bool(int mode)> track_save = [](int) { return false; };
     std::function<void()> map_changed = [] {};
     std::function<void()> route_refresh = [] {};
     /// Decides a conflict; the default takes the new one.
