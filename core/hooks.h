@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace velkoro {
 
@@ -31,10 +32,12 @@ struct hook_table {
     std::function<void(int index, bool marked)> row_added = [](int, bool) {};
     /// A waypoint's data changed: redraw its row; -1 all rows. `mark`: also mark it.
     std::function<void(int index, bool mark)> row_changed = [](int, bool) {};
-    /// The waypoint's row goes. Rows of higher indexes keep theirs until row_moved.
-    std::function<void(int index)> row_removed = [](int) {};
-    /// The record moved from one index to another while the store was compacted.
-    std::function<void(int from, int to)> row_moved = [](int, int) {};
+    /// Waypoints were deleted and the store compacted. new_index[i] says where the record of the
+    /// old index i stands now, -1 when it is gone; its size is the old wp_top + 1. Called once per
+    /// deletion, so a list goes through its rows once: rows that are gone are erased, the others
+    /// take their new index (and with it their key) and keep their place and mark.
+    std::function<void(const std::vector<int>& new_index)> rows_compacted =
+        [](const std::vector<int>&) {};
     /// All rows are to be made anew from the store.
     std::function<void()> rows_reset = [] {};
     /// Store indexes of the marked waypoints in row order.

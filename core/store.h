@@ -5,6 +5,8 @@
 /// never by index. Positions are semicircles on WGS 84, times seconds since 31 December 1989 00:00.
 #pragma once
 
+#include "core/names.h"
+#include "core/store_index.h"
 #include "core/text_pool.h"
 
 #include <cstdint>
@@ -84,19 +86,19 @@ struct store_state {
     std::int16_t wp_name_max = 6;
     bool wp_ext_chars = false;
     std::string trk_title{}; ///< title of the track
+    store_index index{};     ///< search tables over wp, kept by the procedures below
 };
 inline store_state store;
 
-/// Empties the stores and their indexes.
+/// Empties all stores, the scalars and the text pool.
 void store_reset();
+/// Empties waypoints and routes (a new list); wp_dirty is cleared, tracks and settings stay.
+void wayp_clear();
+/// Empties the tracks with the texts that they share; trk_dirty is cleared.
+void track_clear();
 
-// Keys and names
+// Searching (keys and names: core/names.h)
 // ---------------------------------------------------------------------------------------------------------------
-
-/// The key of a waypoint: its name, with the first four characters of a comment that starts with
-/// "@" put in front.
-std::string wp_key(std::string_view name, std::string_view comment);
-std::string wp_key(int index);
 
 /// Index of the first waypoint in 0 to last_index, leaving out skip_index, whose key equals the key
 /// of name and comment; else -1. The result is that of the linear search from 0; the work is that
@@ -106,13 +108,6 @@ int wp_find_key(std::string_view name, std::string_view comment, int skip_index,
 /// Index of the first waypoint in 0 to last_index whose latitude and longitude equal `pos` once
 /// their ten lowest bits are cleared (about ten metres); else -1.
 int wp_find_pos(const pos_rec& pos, int last_index);
-
-/// The normalised name. Mode 0 for names, 1 for comments (a leading "@" stays), 2 stricter on
-/// punctuation.
-std::string name_clean(std::string_view name, int mode);
-
-/// Rewrites the name until wp_find_key no longer finds it in the whole store.
-void name_unique(std::string& name, std::string_view comment, int skip_index);
 
 // Changing records
 // ---------------------------------------------------------------------------------------------------------------

@@ -1,0 +1,22 @@
+#include "core/reset.h"
+
+#include "core/job.h"
+#include "core/settings.h"
+#include "core/store.h"
+#include "core/symbols.h"
+#include "core/texts.h"
+
+namespace velkoro {
+
+void reset_all()
+{
+    store_reset();
+    settings = {};
+    text_table = {};
+    symbols = {};
+    job.code.clear();
+    job.op_cancel = false;
+    job.last_pump = 0;
+}
+
+} // namespace velkoro

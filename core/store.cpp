@@ -1,0 +1,114 @@
+#include "core/store.h"
+
+#include "core/hooks.h"
+#include "core/route_lists.h"
+#include "core/text_tools.h"
+
+#include <algorithm>
+
+namespace velkoro {
+
+void store_reset()
+{
+    store = {};
+    pool_reset();
+}
+
+void wayp_clear()
+{
+    store.wp.clear();
+    store.wp_top = store.wp_cur = -1;
+    store.rou.clear();
+    store.rou_top = store.rou_cur = -1;
+    store.index = {};
+    store.wp_dirty = false;
+}
+
+void track_clear()
+{
+    store.trk = {};
+    store.trk_top = -1;
+    store.trk_dirty = false;
+    store.trk_title.clear();
+    pool_reset();
+}
+
+int wp_find_key(std::string_view name, std::string_view comment, int skip_index, int last_index)
+{
+    return index_find_key(name, comment, skip_index, std::min<int>(last_index, store.wp_top));
+}
+
+int wp_find_pos(const pos_rec& pos, int last_index)
+{
+    return index_find_pos(pos, std::min<int>(last_index, store.wp_top));
+}
+
+std::string wp_rename(int index, const std::string& nam, const std::string& kom)
+{
+    wayp_rec& w = store.wp[static_cast<std::size_t>(index)];
+    const std::string old_key = wp_key(w.nam, w.kom);
+    if (w.nam == nam && w.kom == kom)
+        return {};
+    index_drop(index);
+    w.nam = nam;
+    w.kom = kom;
+    index_put(index);
+    store.wp_dirty = true;
+    const std::vector<int> changed = routes_rename(old_key, wp_key(nam, kom));
+    if (!changed.empty())
+        hooks.route_refresh();
+    return number_list(changed);
+}
+
+void wp_move(int index, const pos_rec& pos)
+{
+    wayp_rec& w = store.wp[static_cast<std::size_t>(index)];
+    if (w.pos == pos)
+        return;
+    index_drop(index);
+    w.pos = pos;
+    index_put(index);
+    store.wp_dirty = true;
+}
+
+void route_cleanup()
+{
+    for (int r = store.rou_top; r >= 0; --r) {
+        route_rec& route = store.rou[static_cast<std::size_t>(r)];
+        route.nam = fixed_text(trim(route.nam), 16);
+        if (route.wps.empty())
+            route_delete(r);
+    }
+}
+
+void route_delete(int index)
+{
+    if (index < 0 || index > store.rou_top)
+        return;
+    store.rou.erase(store.rou.begin() + index);
+    --store.rou_top;
+    // The editor keeps its route; when that one goes, it has none.
+    if (store.rou_cur == index)
+        store.rou_cur = -1;
+    else if (store.rou_cur > index)
+        --store.rou_cur;
+    store.wp_dirty = true;
+}
+
+void track_append(const trackp_rec& point)
+{
+    const auto at = static_cast<std::size_t>(store.trk_top + 1);
+    if (at >= store.trk.size()) {
+        const std::size_t size = store.trk.empty() ? 1 : store.trk.size() + 1000;
+        // Room for a quarter more: steps alone would copy the whole array every 1000 points, and
+        // doubling would keep up to half of the memory idle.
+        if (size > store.trk.capacity())
+            store.trk.reserve(size + size / 4);
+        store.trk.resize(size);
+    }
+    store.trk[at] = point;
+    ++store.trk_top;
+    store.trk_dirty = true;
+}
+
+} // namespace velkoro
