@@ -70,6 +70,8 @@ struct hook_table {
     };
     /// Units changed: rows and windows show them anew.
     std::function<void()> units_changed = [] {};
+    /// The texts are those of another language now.
+    std::function<void()> language_changed = [] {};
 };
 inline hook_table hooks;
 

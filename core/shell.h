@@ -18,12 +18,14 @@ struct shell_step {
 };
 
 struct shell_state {
-    std::vector<shell_step> start{};    ///< 1 to 20
-    std::vector<shell_step> periodic{}; ///< at each tick of wayp_big_timer
-    std::vector<shell_step> shutdown{}; ///< 1 to 7; false keeps the program open
-    std::string command_line{};         ///< as given to shell_start
-    int step = 0;                       ///< number of the start-up step that was reached
-    bool running = false;               ///< started and not shut down: events are served
+    std::vector<shell_step> start{};       ///< 1 to 20
+    std::vector<shell_step> periodic{};    ///< at each tick of wayp_big_timer
+    std::vector<shell_step> shutdown{};    ///< 1 to 7; false keeps the program open
+    std::vector<shell_step> profile_out{}; ///< before a profile is left: its keys are written
+    std::vector<shell_step> profile_in{};  ///< after a profile was read
+    std::string command_line{};            ///< as given to shell_start
+    int step = 0;                          ///< number of the start-up step that was reached
+    bool running = false;                  ///< started and not shut down: events are served
     std::vector<std::string> trail{};   ///< names of the steps of start and shutdown, as they ran
     std::vector<std::string> waiting{}; ///< command lines that came while a job was under way
     double mark_defer = 0; ///< clock reading of the last change of the marks, 0 nothing pending
