@@ -8,7 +8,7 @@ namespace velkoro {
 struct sellang_window {
     window form{"sellang", "Sprache / Language", "7310"};
     control sprachen{form, kind::list, "sprachen"};
-    control OKButton{form, kind::button, "OKButton", {.caption = "OK", .tag = "7302"}};
+    control OKButton{form, kind::button, "OKButton", {.caption = "OK", .tag = "7312"}};
     sellang_window();
 };
 extern sellang_window sellang;

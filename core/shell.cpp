@@ -67,9 +67,7 @@ bool back_to_start_folder()
 
 bool write_options()
 {
-    ini_put("Main", "Opt",
-            std::to_string(Form1.sort.selected) + " " + std::to_string(Form1.posform.selected) +
-                " " + std::to_string(Form1.Datum.selected));
+    options_write();
     return true;
 }
 
@@ -103,10 +101,8 @@ bool count_marks_when_due()
     if (shell.mark_defer == 0)
         return true;
     const double now = platform.clock();
-    if (now > shell.mark_defer + mark_delay_s || now <= shell.mark_defer - midnight_gap_s) {
-        shell.mark_defer = 0;
-        hooks.mark_count();
-    }
+    if (now > shell.mark_defer + mark_delay_s || now <= shell.mark_defer - midnight_gap_s)
+        hooks.mark_count(); // clears it, unless the rows are just being made
     return true;
 }
 
@@ -226,13 +222,20 @@ try {
     return false;
 }
 
+void options_write()
+{
+    ini_put("Main", "Opt",
+            std::to_string(Form1.sort.selected) + " " + std::to_string(Form1.posform.selected) +
+                " " + std::to_string(Form1.Datum.selected));
+}
+
 void shell_show_state()
 {
     const bool dirty = store.wp_dirty || store.trk_dirty;
     Form1.form.modified = dirty;
     const std::string& path = settings.wp_file.empty() ? settings.trk_file : settings.wp_file;
     Form1.filnam.caption = path + (dirty ? " *" : "");
-    Form1.profil_anz.caption = settings.profile;
+    Form1.profil_anz.caption = text(7650, settings.profile);
 }
 
 } // namespace velkoro

@@ -56,6 +56,8 @@ void language_select(int language);
 void language_menu();
 /// Makes the entries of `pr` from the stored profiles and shows the active one.
 void profile_menu();
+/// Writes `Opt`: the chosen order, position format and datum.
+void options_write();
 /// Shows the names of file and profile and whether data are unsaved.
 void shell_show_state();
 

@@ -183,7 +183,6 @@ void profile_menu()
     for (std::size_t n = 0; n < names.size(); ++n)
         Form1.prof[n]->checked = names[n] == settings.profile;
     Form1.prof_lösch.enabled = names.size() > 1;
-    Form1.profil_anz.caption = settings.profile;
 }
 
 void port_menu()

@@ -1,0 +1,243 @@
+#include "waypoints/row_text.h"
+
+#include "core/files.h"
+#include "core/hooks.h"
+#include "core/num_text.h"
+#include "core/settings.h"
+#include "core/symbols.h"
+#include "core/text_tools.h"
+#include "core/texts.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+namespace velkoro {
+namespace {
+
+constexpr const char* glyph_file = "glyphs.csv";
+constexpr std::size_t glyph_numbers = 1000; // table numbers are small; a wrong one is not believed
+
+const char* altitude_unit()
+{
+    return settings.alt_index == 1 ? "ft" : "m";
+}
+
+std::string digits(long long value, int width)
+{
+    char out[32];
+    std::snprintf(out, sizeof out, "%0*lld", width, value);
+    return out;
+}
+
+// A coordinate counted from the lowest one, so that text order is number order.
+std::string biased(std::int32_t semicircles)
+{
+    return digits(static_cast<long long>(semicircles) + 2147483648LL, 10);
+}
+
+double ref_distance(const wayp_rec& w)
+{
+    return hooks.distance(w.pos, store.refp_pos);
+}
+
+std::string altitude_text(const wayp_rec& w)
+{
+    if (w.alt == alt_unknown)
+        return {};
+    return pic(static_cast<double>(w.alt) / static_cast<double>(settings.alt_unit), "0 ") +
+           altitude_unit();
+}
+
+std::string altitude_sort(const wayp_rec& w)
+{
+    return w.alt == alt_unknown ? "999999" : digits(w.alt + 32768, 6);
+}
+
+std::string symbol_text(const wayp_rec& w)
+{
+    if (!hooks.symbols_in_use() || symbols.rows.empty())
+        return {};
+    constexpr std::string_view modes = " '\"";
+    const auto mode = static_cast<std::size_t>(std::clamp<int>(w.symbmode, 0, 2));
+    return modes[mode] + symb_ext(w.symb);
+}
+
+std::string proximity_text(const wayp_rec& w)
+{
+    if (w.prox == 0)
+        return "-.-";
+    if (w.prox < 0)
+        return "'''";
+    return pic(w.prox * 100.0 / static_cast<double>(settings.dist_unit), "##0.0");
+}
+
+// Waypoints without a distance stand behind all others, as unknown altitudes do.
+std::string proximity_sort(const wayp_rec& w)
+{
+    return w.prox == 0 ? "99999" : digits(std::abs(int{w.prox}), 5);
+}
+
+std::string date_sort(const wayp_rec& w)
+{
+    return digits(w.dat, 11);
+}
+
+const wayp_rec* record(int index)
+{
+    return index >= 0 && index <= store.wp_top ? &store.wp[static_cast<std::size_t>(index)]
+                                               : nullptr;
+}
+
+// The picture drawn for a glyph or a family, "" when there is none. Some go by a shorter name.
+std::string_view drawn_as(std::string_view glyph)
+{
+    constexpr std::string_view drawn[] = {"anchor", "cache", "car",   "church", "dot",     "flag",
+                                          "food",   "fuel",  "house", "med",    "parking", "sign",
+                                          "summit", "tent",  "tree",  "water"};
+    constexpr std::pair<std::string_view, std::string_view> shorter[] = {
+        {"fuel_pump", "fuel"},  {"fork_knife", "food"}, {"medical_cross", "med"},
+        {"mountain", "summit"}, {"drop", "water"},      {"letter_p", "parking"},
+        {"signpost", "sign"},   {"box_closed", "cache"}};
+    for (const auto& [name, picture] : shorter)
+        if (glyph == name)
+            return picture;
+    return std::ranges::find(drawn, glyph) != std::end(drawn) ? glyph : std::string_view();
+}
+
+row_text variable_text(const wayp_rec& w, sort_entry entry)
+{
+    if (entry == sort_entry::ref_distance)
+        return {.sort = pic(ref_distance(w), "00000.000"),
+                .shown = pic(ref_distance(w), "0.00") + " " + distance_unit()};
+    return {.sort = date_sort(w), .shown = wp_date_text(w.dat)};
+}
+
+} // namespace
+
+const char* distance_unit()
+{
+    constexpr std::array names = {"km", "mi", "NM"};
+    return names[static_cast<std::size_t>(std::clamp(settings.dist_index, 0, 2))];
+}
+
+row_text wp_row_text(int index, list_col column, sort_entry entry)
+{
+    const wayp_rec* w = record(index);
+    if (!w)
+        return {.heading = list_heading(column, entry)};
+    row_text t;
+    switch (column) {
+    case list_col::name: t = {.sort = upper(w->nam), .shown = w->nam}; break;
+    case list_col::comment: t = {.sort = lower(w->kom) + " ", .shown = w->kom}; break;
+    case list_col::altitude: t = {.sort = altitude_sort(*w), .shown = altitude_text(*w)}; break;
+    case list_col::symbol: t = {.sort = symbol_text(*w), .shown = symbol_text(*w)}; break;
+    case list_col::variable: t = variable_text(*w, entry); break;
+    case list_col::proximity: t = {.sort = proximity_sort(*w), .shown = proximity_text(*w)}; break;
+    case list_col::position: t = {.shown = "  " + hooks.position_text(w->pos)}; break;
+    }
+    t.heading = list_heading(column, entry);
+    return t;
+}
+
+std::string wp_sort_text(int index, sort_entry entry)
+{
+    const wayp_rec* w = record(index);
+    if (!w)
+        return {};
+    switch (entry) {
+    case sort_entry::name: return upper(w->nam);
+    case sort_entry::comment: return lower(w->kom) + " ";
+    case sort_entry::altitude: return altitude_sort(*w);
+    case sort_entry::symbol: return symbol_text(*w);
+    case sort_entry::proximity: return proximity_sort(*w);
+    case sort_entry::ref_distance: return pic(ref_distance(*w), "00000.000");
+    case sort_entry::latitude: return biased(w->pos.lat);
+    case sort_entry::longitude: return biased(w->pos.lon);
+    case sort_entry::date: return date_sort(*w);
+    default: return {};
+    }
+}
+
+bool sort_possible(sort_entry entry)
+{
+    switch (entry) {
+    case sort_entry::nearest_wp:
+    case sort_entry::ref_bearing:
+    case sort_entry::routes:
+    case sort_entry::route_distance:
+    case sort_entry::track_distance: return false;
+    default: return true;
+    }
+}
+
+bool has_variable_column(sort_entry entry)
+{
+    return entry == sort_entry::ref_distance || entry == sort_entry::date;
+}
+
+std::string list_heading(list_col column, sort_entry entry)
+{
+    switch (column) {
+    case list_col::name: return text(1650);
+    case list_col::comment: return text(180);
+    case list_col::altitude: return text(2345);
+    case list_col::symbol: return text(7260);
+    case list_col::variable: return text(entry == sort_entry::ref_distance ? 7265 : 7273);
+    case list_col::proximity: return text(7261);
+    case list_col::position: break;
+    }
+    const auto format = static_cast<std::size_t>(std::max(0, Form1.posform.selected));
+    return format < Form1.posform.items.size() ? Form1.posform.items[format] : std::string{};
+}
+
+std::string wp_date_text(std::int32_t seconds)
+{
+    if (seconds == 0)
+        return {};
+    using namespace std::chrono;
+    constexpr sys_days date_base = 1989y / December / 31;
+    const year_month_day d{date_base + floor<days>(std::chrono::seconds(seconds))};
+    const std::string y = digits(int{d.year()}, 4);
+    const std::string m = digits(unsigned{d.month()}, 2);
+    const std::string day = digits(unsigned{d.day()}, 2);
+    const auto column = static_cast<std::size_t>(std::max(0, text_table.language));
+    const bool german =
+        column < text_table.languages.size() && text_table.languages[column].starts_with("Deutsch");
+    return german ? day + "." + m + "." + y : y + "-" + m + "-" + day;
+}
+
+std::vector<std::string> glyphs_parse(std::string_view table)
+{
+    std::vector<std::string> out;
+    for (std::string_view line : split_lines(table)) {
+        const std::string_view number = next_field(line, ';');
+        const std::string_view glyph = drawn_as(next_field(line, ';'));
+        const std::string_view family = drawn_as(next_field(line, ';'));
+        const double n = val(number);
+        if (!is_number(number) || n < 0 || n >= static_cast<double>(glyph_numbers))
+            continue;
+        const auto at = static_cast<std::size_t>(n);
+        if (out.size() <= at)
+            out.resize(at + 1, "g_dot");
+        out[at] = "g_" + std::string(!glyph.empty() ? glyph : !family.empty() ? family : "dot");
+    }
+    return out;
+}
+
+std::string symbol_glyph(int symbol)
+{
+    if (!hooks.symbols_in_use() || symbols.rows.empty())
+        return {};
+    if (!glyphs.loaded) {
+        glyphs.loaded = true;
+        glyphs.by_symbol = glyphs_parse(read_file(program_path(glyph_file)).value_or(""));
+    }
+    const auto n = static_cast<std::size_t>(symbol);
+    return symbol >= 0 && n < glyphs.by_symbol.size() ? glyphs.by_symbol[n] : "g_dot";
+}
+
+} // namespace velkoro

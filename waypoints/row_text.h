@@ -1,0 +1,62 @@
+/// What the columns of the waypoint list say about one waypoint.
+/// Texts are built when a row is shown; sort texts are made so that comparing them as plain text
+/// gives the order of the numbers behind them.
+#pragma once
+
+#include "core/form1.h"
+#include "core/store.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace velkoro {
+
+/// Columns of `Waypl2`.
+enum class list_col { name, comment, altitude, symbol, variable, proximity, position };
+inline constexpr int list_cols = 7;
+
+/// One column of one waypoint.
+struct row_text {
+    std::string sort{};    ///< order of the column; empty: the column has none
+    std::string shown{};   ///< text on display
+    std::string heading{}; ///< of the column
+    bool operator==(const row_text&) const = default;
+};
+
+/// Texts of a stored waypoint in a column. The variable column shows what `entry`, the order in
+/// force, is about; orders that have no column of their own leave it to the date. An index outside
+/// the store gives empty texts.
+row_text wp_row_text(int index, list_col column, sort_entry entry);
+
+/// Sort text of a waypoint for an order; empty for an order that cannot be made yet.
+std::string wp_sort_text(int index, sort_entry entry);
+/// True when the order can be made.
+bool sort_possible(sort_entry entry);
+
+/// Heading of a column.
+std::string list_heading(list_col column, sort_entry entry);
+
+/// True when the variable column shows the order's own matter instead of the date.
+bool has_variable_column(sort_entry entry);
+
+/// Symbol of the selected distance unit.
+const char* distance_unit();
+
+/// The calendar date of a number of seconds since 31 December 1989: "14.06.2025" in German, else
+/// "2025-06-14"; empty for 0.
+std::string wp_date_text(std::int32_t seconds);
+
+/// Name of the picture of a symbol ("g_flag"), "" without a symbol table.
+std::string symbol_glyph(int symbol);
+/// The glyph table as text: one line "number;glyph;family" per symbol. For each number the picture
+/// to show: the glyph's own, else its family's, else "g_dot".
+std::vector<std::string> glyphs_parse(std::string_view table);
+
+struct glyph_state {
+    bool loaded = false;
+    std::vector<std::string> by_symbol{};
+};
+inline glyph_state glyphs;
+
+} // namespace velkoro
