@@ -71,9 +71,9 @@ std::string next_name(const std::string& name, bool may_grow)
     count_up(digits);
     const auto limit = static_cast<std::size_t>(std::max<int>(store.wp_name_max, 1));
     if (stem.size() + digits.size() > limit) {
-        // Two characters go, as the receivers' own numbering does, even where one would do.
+        // Two characters go, even where one would do: names of one stem then keep one length.
         stem.resize(stem.size() - std::min<std::size_t>(stem.size(), 2));
-        if (stem.empty() && digits.size() > limit && !may_grow)
+        if (stem.empty() && digits.size() > limit && name.size() <= limit && !may_grow)
             digits.erase(0, digits.size() - limit);
     }
     return std::string(trim(stem + digits));
@@ -112,9 +112,26 @@ std::string name_clean(std::string_view name, int mode)
 
 void name_unique(std::string& name, std::string_view comment, int skip_index)
 {
-    int tries = 0;
-    while (wp_find_key(name, comment, skip_index, store.wp_top) >= 0)
-        name = next_name(name, ++tries > wp_limit);
+    const auto taken = [&](const std::string& candidate) {
+        return wp_find_key(candidate, comment, skip_index, store.wp_top) >= 0;
+    };
+    if (!taken(name))
+        return;
+    // Many records of one name ask for the same run of numbers over and over: all that was found
+    // taken on the way stays taken until a key leaves the store.
+    std::string start;
+    if (skip_index < 0) {
+        start = wp_key(name, comment) + '$' + std::to_string(store.wp_name_max);
+        if (const auto known = store.index.taken.find(start); known != store.index.taken.end())
+            name = known->second;
+    }
+    std::string last_taken;
+    for (int tries = 1; taken(name); ++tries) {
+        last_taken = name;
+        name = next_name(name, tries > wp_limit);
+    }
+    if (skip_index < 0)
+        store.index.taken.insert_or_assign(start, last_taken);
 }
 
 } // namespace velkoro

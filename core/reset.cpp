@@ -5,12 +5,14 @@
 #include "core/store.h"
 #include "core/symbols.h"
 #include "core/texts.h"
+#include "core/wayp_insert.h"
 
 namespace velkoro {
 
 void reset_all()
 {
     store_reset();
+    batch = {};
     settings = {};
     text_table = {};
     symbols = {};

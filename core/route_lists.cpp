@@ -55,6 +55,14 @@ std::string number_list(const std::vector<int>& numbers)
     return out;
 }
 
+std::string shown_names(std::string_view names)
+{
+    std::string out(names.substr(0, name_list_limit));
+    if (names.size() > name_list_limit)
+        out += " ...";
+    return out;
+}
+
 std::vector<int> routes_rename(std::string_view old_key, std::string_view new_key)
 {
     std::vector<int> numbers;

@@ -24,6 +24,11 @@ void route_keep(route_rec& route, const std::vector<bool>& keep);
 /// Numbers as text, "1, 2, 5".
 std::string number_list(const std::vector<int>& numbers);
 
+/// Longest list of names that a message shows.
+inline constexpr std::size_t name_list_limit = 140;
+/// Names for a message: cut at name_list_limit characters, with " ..." behind.
+std::string shown_names(std::string_view names);
+
 /// Rewrites the key in every route that holds it. Returns the numbers of those routes, from 1.
 std::vector<int> routes_rename(std::string_view old_key, std::string_view new_key);
 

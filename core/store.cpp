@@ -71,30 +71,6 @@ void wp_move(int index, const pos_rec& pos)
     store.wp_dirty = true;
 }
 
-void route_cleanup()
-{
-    for (int r = store.rou_top; r >= 0; --r) {
-        route_rec& route = store.rou[static_cast<std::size_t>(r)];
-        route.nam = fixed_text(trim(route.nam), 16);
-        if (route.wps.empty())
-            route_delete(r);
-    }
-}
-
-void route_delete(int index)
-{
-    if (index < 0 || index > store.rou_top)
-        return;
-    store.rou.erase(store.rou.begin() + index);
-    --store.rou_top;
-    // The editor keeps its route; when that one goes, it has none.
-    if (store.rou_cur == index)
-        store.rou_cur = -1;
-    else if (store.rou_cur > index)
-        --store.rou_cur;
-    store.wp_dirty = true;
-}
-
 void track_append(const trackp_rec& point)
 {
     const auto at = static_cast<std::size_t>(store.trk_top + 1);
