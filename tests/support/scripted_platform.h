@@ -1,12 +1,15 @@
+// clang-format off
 /// A scripted user for tests: answers message boxes from a list and records what was shown.
 ///
 ///     scripted_platform user;              // reset_all(), default hooks, platform under control
-///     user.answers = {answer::no};         // for the next boxes in order; then the affirmative
-///     one wayp_delete(-1); EXPECT_EQ(user.numbers(), (std::vector<int>{2060}));
+///     user.answers = {answer::no};         // for the next boxes in order; then the affirmative one
+///     wayp_delete(-1);
+///     EXPECT_EQ(user.numbers(), (std::vector<int>{2060}));
 ///
 /// The clock stands at user.time_s and jumps ahead in every pump by the milliseconds waited. The
 /// destructor puts back hooks and platform as they were. A test that wants a folder's handlers
 /// installs them after the constructor ran.
+// clang-format on
 #pragma once
 
 #include "core/hooks.h"
