@@ -72,6 +72,11 @@ struct hook_table {
     std::function<void()> units_changed = [] {};
     /// The texts are those of another language now.
     std::function<void()> language_changed = [] {};
+    /// The active profile is about to be left: write what belongs to it (window positions, column
+    /// widths, map settings) into its section.
+    std::function<void()> profile_leaving = [] {};
+    /// Another profile's settings were read: redraw the list, apply its column widths.
+    std::function<void()> profile_entered = [] {};
 };
 inline hook_table hooks;
 
