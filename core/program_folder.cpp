@@ -64,7 +64,7 @@ void copy_missing(const fs::path& from, const fs::path& to)
         }
         const std::string plain = lower(name.string());
         const std::string user_table = lower(fs::path(name).replace_extension(".ini").string());
-        if (name.extension() == ".ins" && present.contains(user_table))
+        if (plain.ends_with(".ins") && present.contains(user_table))
             continue;
         if (!present.contains(plain))
             fs::copy_file(i->path(), to / name, ignored);
