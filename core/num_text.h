@@ -26,6 +26,12 @@ bool is_number(std::string_view text);
 /// and infinity give an empty text.
 std::string pic(double value, std::string_view picture);
 
+/// The engine of `pic`, for texts put together without a picture: writes a magnitude (finite, 0 or
+/// more) with at least `whole` digits ahead of the point and exactly `decimals` (0 to 15) behind
+/// it, and returns the end. A value counts as half when its first 15 digits say so (1.005
+/// gives 1.01). Up to 330 characters.
+char* put_fixed(char* out, double magnitude, int whole, int decimals);
+
 /// Rounds to the nearest integer, halves to the even one.
 double round_even(double value);
 /// Cuts the fraction off, towards zero.
