@@ -14,6 +14,9 @@ using json = nlohmann::ordered_json;
 /// A text of the stores as a JSON string.
 json json_text(std::string_view bytes);
 
+/// The messages shown so far: [{"number": N, "text": "..."}].
+json messages_json();
+
 /// Prints the document with the messages shown so far behind its last key. Called once a run, at
 /// its end.
 void print_json(json document);

@@ -7,6 +7,7 @@
 #include "core/files.h"
 #include "core/program_folder.h"
 #include "core/settings.h"
+#include "core/shell.h"
 #include "core/text_tools.h"
 #include "core/texts.h"
 #include "core/trap.h"
@@ -15,7 +16,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <optional>
+#include <stdexcept>
 
 namespace velkoro {
 namespace {
@@ -27,6 +28,10 @@ constexpr const char* usage_head =
 constexpr std::string_view main_keys[] = {
     "lang3", "lang", "month",  "last_w0",     "last_t0",   "last_k0",  "pr_act",
     "scale", "opt",  "col_wp", "map_options", "maps_show", "user_form"};
+
+// The steps of the desktop's start that read tables and settings. The others place windows, ask,
+// change the current folder or write to the settings file.
+constexpr int start_steps[] = {2, 3, 4, 6, 8, 11, 13, 15, 16, 17, 18};
 
 void override_setting(const std::string& section, const std::string& key, const std::string& value)
 {
@@ -148,10 +153,14 @@ void cli_prepare(const cli_options& options)
         if (!is_main_key(key))
             override_setting(settings.profile, key, value);
     }
-    settings.lang = options.lang >= 0 ? options.lang : ini_get_int("Main", "Lang3", 0);
-    text_table.language = settings.lang;
-    settings_read();
-    hooks.read_datums();
+    settings.lang = text_table.language =
+        options.lang >= 0 ? options.lang : std::max(0, ini_get_int("Main", "Lang3", 0));
+
+    for (const shell_step& step : shell.start)
+        if (std::ranges::find(start_steps, step.number) != std::end(start_steps) && !step.run())
+            throw std::runtime_error("the start ended in the step " + step.name);
+    // What is missing there (a table) fails the commands that need it, not the others.
+    cli.failed = false;
 }
 
 int cli_run(int argc, const char* const* argv)

@@ -7,7 +7,7 @@ build_packages=(build-essential cmake ninja-build pkg-config ccache
 
 test_packages=(libgtest-dev libbenchmark-dev clang libclang-rt-14-dev
     xvfb xauth openbox xdotool imagemagick umockdev poppler-utils
-    fonts-liberation gpsbabel)
+    fonts-liberation)
 
 # Installs those of the named packages that are missing; asks for nothing when all are there.
 install_packages() {
