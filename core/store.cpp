@@ -43,12 +43,19 @@ int wp_find_pos(const pos_rec& pos, int last_index)
     return index_find_pos(pos, std::min<int>(last_index, store.wp_top));
 }
 
+bool is_reference(const wayp_rec& w)
+{
+    return w.nam == store.refp_name && w.pos == store.refp_pos;
+}
+
 std::string wp_rename(int index, const std::string& nam, const std::string& kom)
 {
     wayp_rec& w = store.wp[static_cast<std::size_t>(index)];
     const std::string old_key = wp_key(w.nam, w.kom);
     if (w.nam == nam && w.kom == kom)
         return {};
+    if (is_reference(w))
+        store.refp_name = nam;
     index_drop(index);
     w.nam = nam;
     w.kom = kom;
@@ -65,6 +72,8 @@ void wp_move(int index, const pos_rec& pos)
     wayp_rec& w = store.wp[static_cast<std::size_t>(index)];
     if (w.pos == pos)
         return;
+    if (is_reference(w))
+        store.refp_pos = pos;
     index_drop(index);
     w.pos = pos;
     index_put(index);

@@ -109,20 +109,27 @@ int wp_find_key(std::string_view name, std::string_view comment, int skip_index,
 /// their ten lowest bits are cleared (about ten metres); else -1.
 int wp_find_pos(const pos_rec& pos, int last_index);
 
+/// True for the reference waypoint: its name and its position are those of refp_name and refp_pos.
+bool is_reference(const wayp_rec& w);
+
 // Changing records
 // ---------------------------------------------------------------------------------------------------------------
 
-/// Stores new name and comment of a waypoint and rewrites the routes that hold its old key. Returns
-/// their numbers, comma-separated, counted from 1.
+/// Stores new name and comment of a waypoint and rewrites the routes that hold its old key. A
+/// renamed reference takes refp_name along. Returns the numbers of the routes, comma-separated,
+/// counted from 1. The row is the caller's to refresh.
 std::string wp_rename(int index, const std::string& nam, const std::string& kom);
-/// Stores a new position and keeps the position index.
+/// Stores a new position and keeps the position index; a moved reference takes refp_pos along.
 void wp_move(int index, const pos_rec& pos);
 
 /// The only way in for batches. Modes: -20 opens a reconciling batch, -10 a normal one; 0, -1, -2,
 /// -3 insert one record (-1 and -3 widen the comparison to the whole store first, below -1 marks
-/// the row); 1, 2, 3 close the batch and leave the report in rec.kom. Returns the index where the
-/// record ended, -1 when it was dropped. `rec` comes back as the store holds it (cleaned, renamed).
-/// Throws batch_cancelled when the user cancels the conflict question.
+/// the row); 1, 2, 3 close the batch and leave the report in rec.kom (names for the modes and the
+/// batch's memory: core/wayp_insert.h). A mode of -10 or -20 within an open batch goes on with its
+/// counts. Returns the index where the record ended, -1 when it was dropped. `rec` comes back as
+/// the store holds it (cleaned, renamed). Throws batch_cancelled when the user ends the batch, and
+/// std::overflow_error when the store is full; what was entered so far stays, and the caller closes
+/// the batch all the same.
 int wayp_insert(wayp_rec& rec, int mode);
 
 /// Appends a route, after the rename lists of the batch under way have been applied. Points that

@@ -204,7 +204,7 @@ int take_over(wayp_rec& rec, const match& m, bool mark)
     if (wp_key(rec.nam, rec.kom) != old_key &&
         wp_find_key(rec.nam, rec.kom, m.index, comparison_range()) >= 0)
         name_unique(rec.nam, rec.kom, m.index);
-    const bool was_reference = old.nam == store.refp_name && old.pos == store.refp_pos;
+    const bool was_reference = is_reference(old);
     const bool indexed_alike =
         old.nam == rec.nam && old.kom == rec.kom && same_place(old.pos, rec.pos);
     if (!indexed_alike)
@@ -292,10 +292,11 @@ int insert_record(wayp_rec& rec, bool mark)
 // Opening and closing
 // ---------------------------------------------------------------------------------------------------------------
 
-/// A file may open further batches behind its first: counts and memory go on until the close.
+/// A file may open further batches behind its first: counts and memory go on until the close. What
+/// records outside any batch left behind does not count.
 void open_batch(bool reconcile)
 {
-    if (batch.cancelled)
+    if (!batch.open || batch.cancelled)
         batch = {};
     batch.open = true;
     batch.reconcile = reconcile;

@@ -15,6 +15,7 @@
 #include "core/hooks.h"
 #include "core/platform.h"
 #include "core/reset.h"
+#include "core/texts.h"
 
 #include <deque>
 #include <functional>
@@ -85,6 +86,16 @@ struct scripted_platform {
     scripted_platform(const scripted_platform&) = delete;
     scripted_platform& operator=(const scripted_platform&) = delete;
 
+    /// A text table in memory, for tests that look at numbers and parameters: text(2031, "2", "A")
+    /// is "2031 2 A #".
+    static void plain_texts()
+    {
+        text_table = {};
+        text_table.languages = {"plain"};
+        text_table.loaded = 0;
+        for (int n = 0; n < 10000; ++n)
+            text_table.texts.push_back(std::to_string(n) + " # # #");
+    }
     /// Text numbers of the boxes shown, in order.
     std::vector<int> numbers() const
     {
