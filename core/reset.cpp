@@ -1,6 +1,7 @@
 #include "core/reset.h"
 
 #include "core/job.h"
+#include "core/log.h"
 #include "core/settings.h"
 #include "core/store.h"
 #include "core/symbols.h"
@@ -14,6 +15,8 @@ void reset_all()
     store_reset();
     batch = {};
     settings = {};
+    ini_file = {};
+    log_close();
     text_table = {};
     symbols = {};
     job.code.clear();

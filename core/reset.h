@@ -4,8 +4,8 @@
 namespace velkoro {
 
 /// Sets the state objects of core to what they are at the start of the process: stores, batch,
-/// settings, texts, symbols and the job under way. Hooks, platform, windows and the table of jobs
-/// stay, as they are wired once.
+/// settings with their file as it was read, texts, symbols, log and the job under way. Hooks,
+/// platform, windows and the table of jobs stay, as they are wired once.
 void reset_all();
 
 } // namespace velkoro

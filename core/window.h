@@ -128,6 +128,8 @@ struct window : look {
     /// A close request (title bar, Alt+F4, Escape): true closes. Default: closes unless `no_close`.
     std::function<bool()> query_close{};
     std::function<void()> closed{};
+    /// After its texts were set in another language: refill drop-downs, texts with parameters.
+    std::function<void()> translated{};
     bool no_close = false; ///< no close box
 
     window(const char* n, std::string cap, std::string tag_numbers = {});
