@@ -74,8 +74,7 @@ void run_job(const std::string& code)
     }
     job.code = code;
     job.op_cancel = false;
-    job.last_pump = job.last_look = platform.ticks();
-    job.calls = job.calls_to_look = 0;
+    op_restart();
     op2.anz.caption.clear();
     op2.anz2.caption.clear();
     try {
@@ -92,6 +91,12 @@ void op_progress(double fraction)
 {
     op.ring.value =
         fraction >= 0 ? to_i32(std::min(fraction, 1.0) * 1000.0) : -1; // not-a-number is unknown
+}
+
+void op_restart()
+{
+    job.last_pump = job.last_look = platform.ticks();
+    job.calls = job.calls_to_look = 0;
 }
 
 bool op_due()

@@ -53,6 +53,8 @@ void run_job(const std::string& code);
 /// Progress from 0.0 to 1.0, negative when unknown.
 void op_progress(double fraction);
 
+/// Starts the timing of progress points: long work outside a job calls it first.
+void op_restart();
 /// A progress point: true once half a second (`job_state::last_pump`) has passed since the last
 /// true one; then the caller writes its texts and calls op_pump. Cheap enough to be called per
 /// record.

@@ -114,6 +114,7 @@ void sort_rows(sort_entry order)
 {
     const int n = row_count();
     const std::uint64_t version = list().version;
+    op_restart();
     std::vector<std::string> texts(static_cast<std::size_t>(n));
     for (int row = 0; row < n; ++row) {
         texts[static_cast<std::size_t>(row)] = wp_sort_text(wp_index(row), order);

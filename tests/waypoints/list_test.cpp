@@ -416,6 +416,7 @@ TEST_F(WaypList, TheKeysDeleteAndBackspaceDeleteTheMarkedRows)
 TEST_F(WaypList, CtrlAMarksAll)
 {
     add_names({"A", "B"});
+    tick(0.2);
     EXPECT_TRUE(Form1.Waypl2.key('A', true, false));
     EXPECT_EQ(rows(), (lines{"*A", "*B"}));
 }
