@@ -210,15 +210,17 @@ std::string wp_date_text(std::int32_t seconds)
     return german ? day + "." + m + "." + y : y + "-" + m + "-" + day;
 }
 
-std::vector<std::string> glyphs_parse(std::string_view table)
+std::vector<std::string> glyphs_parse(std::string_view table, int level)
 {
     std::vector<std::string> out;
     for (std::string_view line : split_lines(table)) {
+        const std::string_view of_level = next_field(line, ';');
         const std::string_view number = next_field(line, ';');
         const std::string_view glyph = drawn_as(next_field(line, ';'));
         const std::string_view family = drawn_as(next_field(line, ';'));
         const double n = val(number);
-        if (!is_number(number) || n < 0 || n >= static_cast<double>(glyph_numbers))
+        if (!is_number(of_level) || val(of_level) != level || !is_number(number) || n < 0 ||
+            n >= static_cast<double>(glyph_numbers))
             continue;
         const auto at = static_cast<std::size_t>(n);
         if (out.size() <= at)
@@ -232,9 +234,10 @@ std::string symbol_glyph(int symbol)
 {
     if (!hooks.symbols_in_use() || symbols.rows.empty())
         return {};
-    if (!glyphs.loaded) {
-        glyphs.loaded = true;
-        glyphs.by_symbol = glyphs_parse(read_file(program_path(glyph_file)).value_or(""));
+    if (glyphs.level != symbols.level) {
+        glyphs.level = symbols.level;
+        glyphs.by_symbol =
+            glyphs_parse(read_file(program_path(glyph_file)).value_or(""), symbols.level);
     }
     const auto n = static_cast<std::size_t>(symbol);
     return symbol >= 0 && n < glyphs.by_symbol.size() ? glyphs.by_symbol[n] : "g_dot";

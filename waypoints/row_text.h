@@ -49,12 +49,12 @@ std::string wp_date_text(std::int32_t seconds);
 
 /// Name of the picture of a symbol ("g_flag"), "" without a symbol table.
 std::string symbol_glyph(int symbol);
-/// The glyph table as text: one line "number;glyph;family" per symbol. For each number the picture
-/// to show: the glyph's own, else its family's, else "g_dot".
-std::vector<std::string> glyphs_parse(std::string_view table);
+/// The glyph table as text: one line "level;number;glyph;family" per symbol. For each number of the
+/// symbol level the picture to show: the glyph's own, else its family's, else "g_dot".
+std::vector<std::string> glyphs_parse(std::string_view table, int level);
 
 struct glyph_state {
-    bool loaded = false;
+    int level = -1; ///< symbol level that `by_symbol` belongs to, -1 none
     std::vector<std::string> by_symbol{};
 };
 inline glyph_state glyphs;

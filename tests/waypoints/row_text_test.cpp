@@ -122,15 +122,19 @@ TEST_F(RowText, AnIndexOutsideTheStoreGivesEmptyTexts)
 
 TEST_F(RowText, GlyphsFallBackOnTheirFamilyAndThenOnTheDot)
 {
-    const std::vector<std::string> g =
-        glyphs_parse("0;dot;shape\r\n1;house;house\n2;fuel_pump;car\n3;atv;car\n5;zone;shape\n"
-                     "x;flag;flag\n-1;flag;flag\n1000000;flag;flag\n");
-    EXPECT_EQ(g, (lines{"g_dot", "g_house", "g_fuel", "g_car", "g_dot", "g_dot"}));
+    const std::string table = "level;number;glyph;family;colour\r\n3;0;dot;shape;black\r\n"
+                              "3;1;house;house\n3;2;fuel_pump;car\n3;3;atv;car\n3;5;zone;shape\n"
+                              "3;x;flag;flag\n3;-1;flag;flag\n3;1000000;flag;flag\n2;0;flag;flag\n";
+    EXPECT_EQ(glyphs_parse(table, 3),
+              (lines{"g_dot", "g_house", "g_fuel", "g_car", "g_dot", "g_dot"}));
+    EXPECT_EQ(glyphs_parse(table, 2), (lines{"g_flag"}));
+    EXPECT_TRUE(glyphs_parse("", 3).empty());
 }
 
 TEST_F(RowText, TheGlyphTableIsReadFromTheProgramFolder)
 {
-    home.put("glyphs.csv", "0;dot;shape\n1;tent;house\n");
+    home.put("glyphs.csv", "3;0;dot;shape\n3;1;tent;house\n2;1;flag;flag\n");
+    settings.symbol_level = symbols.level = 3;
     symbols.rows = {{.name = "Dot"}, {.name = "Camp"}};
     add({.nam = "A", .pos = {1 << 20, 0}, .symb = 1});
     add({.nam = "B", .pos = {2 << 20, 0}, .symb = 77});
