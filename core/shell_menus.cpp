@@ -16,7 +16,6 @@ namespace velkoro {
 namespace {
 
 constexpr const char* help_file = "velkoro.hlp";
-constexpr std::uint32_t blue_back = 0xFFFF00; // blue, green, red
 
 using entry_list = std::vector<std::unique_ptr<control>>;
 
@@ -57,13 +56,18 @@ try {
     trap("m_lang_sel");
 }
 
+void profile_leaving()
+{
+    for (std::size_t i = 0; i < shell.profile_out.size(); ++i)
+        shell.profile_out[i].run();
+    columns_write();
+}
+
 // Everything on show follows the profile just read.
-void show_profile()
+void profile_entered()
 {
     profile_menu();
-    port_menu();
     columns_read();
-    Form1.Waypl2.back = settings.list_back;
     hooks.units_changed();
     hooks.row_changed(-1, false);
     for (std::size_t i = 0; i < shell.profile_in.size(); ++i)
@@ -71,27 +75,16 @@ void show_profile()
     shell_show_state();
 }
 
-void leave_profile()
-{
-    for (std::size_t i = 0; i < shell.profile_out.size(); ++i)
-        shell.profile_out[i].run();
-    columns_write();
-}
-
 void prof_click(int n)
 try {
-    leave_profile();
     profile_switch(n);
-    show_profile();
 } catch (...) {
     trap("prof");
 }
 
 void prof_neu_click()
 try {
-    columns_write(); // the new profile starts as a copy of the old one's keys
     profile_new();
-    show_profile();
 } catch (...) {
     trap("prof_neu");
 }
@@ -99,7 +92,6 @@ try {
 void prof_lösch_click()
 try {
     profile_delete();
-    show_profile();
 } catch (...) {
     trap("prof_lösch");
 }
@@ -107,8 +99,8 @@ try {
 void backup_click()
 try {
     settings.backup_on = !settings.backup_on;
-    Form1.backup.checked = settings.backup_on;
     settings_write();
+    settings_show();
 } catch (...) {
     trap("backup");
 }
@@ -116,10 +108,9 @@ try {
 void back_b_click()
 try {
     settings.back_blue = !settings.back_blue;
-    settings.list_back = settings.back_blue ? blue_back : own_colour;
-    Form1.back_b.checked = settings.back_blue;
-    Form1.Waypl2.back = settings.list_back;
+    settings.list_back = settings.back_blue ? list_back_blue : own_colour;
     settings_write();
+    settings_show();
     translate_all(); // carries the colour to every window
 } catch (...) {
     trap("back_b");
@@ -140,6 +131,9 @@ try {
 
 void shell_menu_handlers()
 {
+    hooks.profile_leaving = profile_leaving;
+    hooks.profile_entered = profile_entered;
+    Form1.form.translated = shell_fill_texts;
     Form1.backup.click = backup_click;
     Form1.back_b.click = back_b_click;
     Form1.prof_neu.click = prof_neu_click;
@@ -154,7 +148,6 @@ void language_select(int language)
     ini_put("Main", "Lang3", std::to_string(language));
     texts_load();
     language_menu();
-    shell_fill_texts();
     translate_all();
     profile_menu();
     hooks.language_changed();
@@ -182,13 +175,7 @@ void profile_menu()
     set_entries(Form1.prof, Form1.pr, "prof", captions, prof_click, &Form1.pr_s1);
     for (std::size_t n = 0; n < names.size(); ++n)
         Form1.prof[n]->checked = names[n] == settings.profile;
-    Form1.prof_lösch.enabled = names.size() > 1;
-}
-
-void port_menu()
-{
-    for (control& c : Form1.menu_com)
-        c.checked = c.index == settings.port && c.index != 9;
+    Form1.prof_lösch.enabled = profile_deletable();
 }
 
 void shell_fill_texts()

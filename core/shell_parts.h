@@ -19,7 +19,5 @@ void layout_write();
 /// Column widths of `Waypl2`, from and to the active profile.
 void columns_read();
 void columns_write();
-/// Ticks the entry of `menu_com` that the port selects.
-void port_menu();
 
 } // namespace velkoro

@@ -96,17 +96,9 @@ int locale_column()
 
 bool choose_language()
 {
-    std::string lang = ini_get("Main", "Lang3");
-    if (lang.empty()) {
-        const std::string old = ini_get("Main", "Lang");
-        ini_put("Main", "Lang", std::nullopt);
-        if (!old.empty()) { // the two columns have changed places since
-            lang = std::to_string(1 - to_i32(val(old)));
-            ini_put("Main", "Lang3", lang);
-        }
-    }
-    if (!lang.empty()) {
-        settings.lang = text_table.language = std::max(0, to_i32(val(lang)));
+    settings.lang = settings_read_language();
+    if (settings.lang >= 0) {
+        text_table.language = settings.lang;
         return true;
     }
     texts_load(); // for the names of the languages
@@ -120,7 +112,6 @@ bool load_texts()
 {
     texts_load();
     language_menu();
-    shell_fill_texts();
     translate_form(Form1.form);
     return true;
 }
@@ -195,14 +186,8 @@ bool read_settings()
 
 bool move_old_port()
 {
-    const std::string old = ini_get("Main", "Port");
-    if (!old.empty()) {
-        ini_put("Main", "Port", std::nullopt);
-        for (const std::string& name : profile_names())
-            ini_put(name, "Port", old);
-        settings.port = to_i32(val(old));
-    }
-    port_menu();
+    settings_migrate_port();
+    settings_show();
     return true;
 }
 
