@@ -2,6 +2,7 @@
 
 #include "waypoints/conflict.h"
 #include "waypoints/list.h"
+#include "waypoints/native_jobs.h"
 
 namespace velkoro {
 
@@ -9,6 +10,7 @@ void waypoints_install()
 {
     wayp_list_install();
     conflict_install();
+    native_files_install();
 }
 
 } // namespace velkoro
