@@ -11,7 +11,7 @@
 namespace velkoro {
 namespace {
 
-constexpr std::size_t longest_text = 32767; // what the length field holds
+constexpr std::size_t longest_row = 32767; // what the length field holds
 constexpr int highest_number = 32767;
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
@@ -42,7 +42,7 @@ std::vector<std::string> tab_fields(std::string_view text)
 
 void write_text(byte_writer& out, std::string_view text, std::size_t line)
 {
-    if (text.size() > longest_text)
+    if (text.size() > longest_row)
         bad_line(line, "text too long");
     out.lstr(rotated(text, res_scramble));
 }
