@@ -68,6 +68,8 @@ void read_replacements()
     const std::string lines = source_text(*bytes, unmapped);
     for (std::string_view line : split_lines(lines)) {
         line = trim(line);
+        if (line.find('\t') == std::string_view::npos)
+            continue;
         const std::string_view from = next_field(line, '\t');
         if (!from.empty())
             text_table.replacements.emplace_back(from, line);
