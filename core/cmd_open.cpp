@@ -86,8 +86,8 @@ try {
         settings.trk_pending = whole_path(path, "Last_T0");
     if (!settings.wp_pending.empty() || force)
         press(Form1.Wayp_Datei_lesen);
-    if (!settings.trk_pending.empty())
-        press(Form1.zeich_akt);
+    if (!settings.trk_pending.empty()) // the file read takes tracks too where there is no map
+        press(Form1.zeich_akt.click ? Form1.zeich_akt : Form1.Wayp_Datei_lesen);
 } catch (...) {
     trap("cmd_open");
 }

@@ -13,6 +13,7 @@
 #include "core/trap.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -29,7 +30,7 @@ bool save_before_end(bool changed, int question, int failure, const std::string&
 {
     if (!changed)
         return true;
-    const std::string name = path.empty() ? text(1330) : path_name(path);
+    const std::string name = path.empty() ? text(1330) : shown_path(path_name(path));
     switch (platform.message({.text = text(question, name),
                               .title = text(1040),
                               .buttons = buttons::yes_no_cancel,
@@ -43,6 +44,13 @@ bool save_before_end(bool changed, int question, int failure, const std::string&
         return false;
     default: return false;
     }
+}
+
+std::string home_as_tilde(const std::string& path)
+{
+    const char* home = std::getenv("HOME");
+    const std::string folder = home ? std::string(home) + "/" : "/";
+    return folder != "/" && path.starts_with(folder) ? "~/" + path.substr(folder.size()) : path;
 }
 
 bool save_waypoints()
@@ -234,7 +242,7 @@ void shell_show_state()
     const bool dirty = store.wp_dirty || store.trk_dirty;
     Form1.form.modified = dirty;
     const std::string& path = settings.wp_file.empty() ? settings.trk_file : settings.wp_file;
-    Form1.filnam.caption = path + (dirty ? " *" : "");
+    Form1.filnam.caption = shown_path(home_as_tilde(path)) + (dirty ? " *" : "");
     Form1.profil_anz.caption = text(7650, settings.profile);
 }
 

@@ -202,7 +202,7 @@ bool read_datum_table()
     if (file_exists(program_path("Datum.ini")))
         hooks.read_datums();
     else
-        platform.message({.text = text(1010, "Datum.ini", folders.program) +
+        platform.message({.text = text(1010, "Datum.ini", shown_path(folders.program)) +
                                   " - please follow the instructions in the file readme.txt",
                           .icon = icon::critical,
                           .number = 1010});

@@ -75,6 +75,17 @@ TEST_F(CmdOpen, APathWithAFolderCountsFromTheStartFolder)
     EXPECT_EQ(waypoints, (paths{folders.start + "tours/x.wp"}));
 }
 
+TEST_F(CmdOpen, WithoutAMapWindowTheFileReadTakesTheTrack)
+{
+    Form1.zeich_akt.click = {};
+    Form1.Wayp_Datei_lesen.click = [this] {
+        tracks.push_back(settings.trk_pending);
+        settings.trk_pending.clear();
+    };
+    cmd_open("/data/x.t", false);
+    EXPECT_EQ(tracks, (paths{"/data/x.t"}));
+}
+
 TEST_F(CmdOpen, OtherTextsOpenNothing)
 {
     cmd_open("", false);

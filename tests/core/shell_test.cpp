@@ -266,6 +266,10 @@ TEST_F(Shell, UnsavedDataShowInTitleAndFileName)
     Form1.wayp_big_timer.tick();
     EXPECT_EQ(Form1.filnam.caption, "/data/harz.wp *");
     EXPECT_TRUE(Form1.form.modified);
+    ASSERT_NE(std::getenv("HOME"), nullptr);
+    settings.wp_file = std::string(std::getenv("HOME")) + "/gps/harz.wp";
+    Form1.wayp_big_timer.tick();
+    EXPECT_EQ(Form1.filnam.caption, "~/gps/harz.wp *");
 }
 
 // Menus
