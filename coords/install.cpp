@@ -1,5 +1,6 @@
 #include "coords/install.h"
 
+#include "coords/coord_text.h"
 #include "coords/distance.h"
 #include "core/hooks.h"
 
@@ -10,6 +11,8 @@ void coords_install()
     hooks.distance = [](const pos_rec& target, const pos_rec& origin) {
         return static_cast<double>(dist_flat(target, origin).distance);
     };
+    hooks.position_text = position_line;
+    hooks.read_datums = datum_read;
 }
 
 } // namespace velkoro

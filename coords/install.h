@@ -3,7 +3,8 @@
 
 namespace velkoro {
 
-/// Fills hooks.distance. Call it once, after shell_install.
+/// Fills hooks.distance, hooks.position_text and hooks.read_datums. Call it once, after
+/// shell_install.
 void coords_install();
 
 } // namespace velkoro

@@ -1,0 +1,133 @@
+#include "coords/coord_text.h"
+
+#include "core/num_text.h"
+#include "core/platform.h"
+#include "core/text_tools.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace velkoro {
+namespace {
+
+constexpr double rad = std::numbers::pi / 180;
+constexpr char degree = '\xB0';
+
+bool is_digit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+/// Takes the first such letter out of the text.
+bool take_letter(std::string& text, char letter)
+{
+    const std::size_t at = text.find(letter);
+    if (at == std::string::npos)
+        return false;
+    text.erase(at, 1);
+    return true;
+}
+
+/// Position of the character that ends the degrees, npos when there is none.
+std::size_t end_of_degrees(std::string_view text)
+{
+    std::size_t i = text.find(degree);
+    if (i != std::string_view::npos)
+        return i;
+    for (i = 0; i < text.size() && !is_digit(text[i]);)
+        ++i;
+    while (i < text.size() && (is_digit(text[i]) || text[i] == '.'))
+        ++i;
+    return i < text.size() ? i : std::string_view::npos;
+}
+
+/// A separator divides only between two other characters.
+bool divides(std::size_t at, std::string_view text)
+{
+    return at != std::string_view::npos && at >= 1 && at + 1 < text.size();
+}
+
+} // namespace
+
+std::string angle_to_text(double degrees, char letter, int fmt)
+{
+    const bool north = letter == 'N', negative = degrees < 0;
+    double deg = fix(degrees);
+    double min = std::fabs(degrees - deg) * 60;
+    deg = std::fabs(deg);
+    // Ahead of the seconds, so that 60 shows in the minutes field just below a full degree.
+    if (min >= 59.9994) {
+        deg += 1;
+        min = 0;
+    }
+    char out[400];
+    char* p = out;
+    *p++ = !negative ? letter : north ? 'S' : 'W';
+    if (north)
+        *p++ = ' '; // in place of the third digit of longitudes
+    const int digits = north ? 2 : 3;
+    if (fmt == fmt_degrees) {
+        p = put_fixed(p, std::fabs(degrees), digits, 5);
+        *p++ = degree;
+    } else if (fmt == fmt_minutes) {
+        p = put_fixed(p, deg, digits, 0);
+        *p++ = degree;
+        p = put_fixed(p, min, 2, 3);
+        *p++ = '\'';
+    } else {
+        double whole = fix(min), sec = (min - whole) * 60;
+        if (sec >= 59.96) {
+            whole += 1;
+            sec = 0;
+        }
+        p = put_fixed(p, deg, digits, 0);
+        *p++ = degree;
+        p = put_fixed(p, whole, 2, 0);
+        *p++ = '\'';
+        p = put_fixed(p, sec, 2, 1);
+        *p++ = '"';
+    }
+    return std::string(out, static_cast<std::size_t>(p - out));
+}
+
+double text_to_angle(std::string_view text, std::string_view letters, bool* ok)
+{
+    std::string t = upper(trim(text.substr(0, text.find(map_tab))));
+    take_letter(t, letters[0]);
+    const bool minus = take_letter(t, letters[1]);
+    // Our own texts have a blank behind the letter.
+    if (!t.empty() && t.front() == ' ')
+        t.erase(0, 1);
+    if (minus)
+        t.insert(0, 1, '-');
+    const std::size_t comma = t.find(',');
+    if (comma != std::string::npos)
+        t[comma] = '.';
+
+    const std::string_view v = t;
+    bool good = true;
+    double value = 0;
+    const std::size_t at = end_of_degrees(v);
+    if (divides(at, v)) {
+        double part = val(v.substr(at + 1)) / 60;
+        const std::size_t mark = v.find('\'');
+        if (divides(mark, v))
+            part += val(v.substr(mark + 1)) / 3600;
+        const std::string_view front = v.substr(0, at);
+        good = is_number(front);
+        value = val(front) + (v.front() == '-' ? -part : part);
+    } else {
+        value = val(v);
+    }
+    if (std::fabs(value) > (letters == "NS" ? 90 : 180))
+        good = false;
+    if (!good)
+        platform.beep();
+    else if (!v.empty() && v.find_first_of("0123456789") == std::string_view::npos)
+        good = false; // read as 0 without a beep
+    if (ok)
+        *ok = good;
+    return value * rad;
+}
+
+} // namespace velkoro
