@@ -213,6 +213,16 @@ std::vector<int> all_indexes()
     return out;
 }
 
+// The words on an empty list come and go with its rows.
+void status_line()
+{
+    const bool empty = list().rows.empty();
+    if (wayp_list.said_empty == empty)
+        return;
+    wayp_list.said_empty = empty;
+    Form1.anz.caption = empty ? text(7602) : std::string{};
+}
+
 bool timer_task()
 {
     if (!job.code.empty() || wayp_list.sorting) // the batch makes its rows itself
@@ -221,6 +231,7 @@ bool timer_task()
         list_update();
     refp_fill();
     list_states();
+    status_line();
     return true;
 }
 
@@ -396,7 +407,12 @@ void wayp_list_install()
     hooks.list_order = all_indexes;
     hooks.sort_rows = sort_apply;
     hooks.mark_count = mark_count;
-    hooks.units_changed = [] { sort_apply(); };
+    hooks.units_changed = [] {
+        if (order_in_force() == sort_entry::ref_distance)
+            sort_apply();
+        else // an order made by hand stays
+            show_headings();
+    };
     hooks.language_changed = [] { show_headings(); };
 
     control& w = Form1.Waypl2;
@@ -498,6 +514,7 @@ void sort_apply()
     show_headings();
     wayp_sort_do(order_in_force());
     list_states();
+    status_line();
 }
 
 void row_refresh(int index, bool mark)
@@ -548,6 +565,7 @@ void mark_count()
     Form1.anz.caption = row_count() == 0      ? text(7602)
                         : wayp_list.marks > 1 ? text(7651, wayp_list.marks, row_count())
                                               : std::string{};
+    wayp_list.said_empty = row_count() == 0;
     if (wayp_list.marks > 1)
         mark_snapshot();
     shell.mark_defer = 0;
@@ -573,8 +591,8 @@ void list_states()
     const bool marked = wayp_list.any_marked;
     const bool data = rows || store.rou_top >= 0;
     const std::pair<control*, bool> needs[] = {
-        {&Form1.Wayp_Datei_Speich[0], data || store.trk_top >= 0},
-        {&Form1.Wayp_Datei_Speich[1], data || store.trk_top >= 0},
+        {&Form1.Wayp_Datei_Speich[0], data},
+        {&Form1.Wayp_Datei_Speich[1], data},
         {&Form1.druck, data},
         {&Form1.wayp_neu, data},
         {&Form1.suchen, rows},

@@ -26,6 +26,7 @@ struct wayp_list_state {
     std::vector<int> refp_index{};  ///< store indexes behind the entries of `refp`
     std::uint64_t refp_version = 0; ///< version of the rows that `refp` was made from
     int marks = 0;                  ///< marked rows at the last count
+    bool said_empty = false;        ///< the status line says that there are no waypoints
 };
 inline wayp_list_state wayp_list;
 

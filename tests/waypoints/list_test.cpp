@@ -193,6 +193,15 @@ TEST_F(WaypList, MarkedOnesMoveToTheTopInTheirOrder)
     EXPECT_EQ(list().current, 1) << "the row clicked last";
 }
 
+TEST_F(WaypList, AChangeOfUnitsLeavesAnOrderMadeByHand)
+{
+    add_names({"A", "B", "C"});
+    mark(2);
+    Form1.sort_oben.click();
+    hooks.units_changed();
+    EXPECT_EQ(rows(), (lines{"*C", "A", "B"}));
+}
+
 TEST_F(WaypList, ALongSortShowsProgressAndGivesWayToAChangeOfTheRows)
 {
     add_names({"B", "A"});
@@ -303,6 +312,7 @@ TEST_F(WaypList, AListOfOneWaypointShowsNoCount)
 TEST_F(WaypList, NothingIsCountedWhileRowsAreMissing)
 {
     add_names({"A", "B"});
+    tick(0.2);
     mark(0);
     mark(1);
     job.code = "W_O"; // a refill under way
@@ -491,7 +501,10 @@ TEST_F(WaypList, CommandsNeedRowsAndMarks)
 
 TEST_F(WaypList, AnEmptyListSaysSoInTheStatusLine)
 {
+    EXPECT_EQ(Form1.anz.caption, text(7602));
     add_names({"A"});
+    tick(0.2);
+    EXPECT_EQ(Form1.anz.caption, "");
     mark(0);
     Form1.B_lösch.click();
     EXPECT_EQ(Form1.anz.caption, text(7602));
