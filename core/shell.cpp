@@ -180,6 +180,7 @@ void shell_install()
 bool shell_start(const std::string& command_line)
 {
     shell.command_line = command_line;
+    text_table.regenerate = command_line == res_gen_command;
     try {
         bool opened = false;
         // By index: a step may pump events, and handlers may add steps.

@@ -469,3 +469,17 @@ TEST_F(ShellStart, ATextThatComesDuringStartUpWaitsForItsEnd)
     Form1.wayp_big_timer.tick();
     EXPECT_EQ(opened, (lines{"/a.wp", "/b.wp"}));
 }
+
+TEST_F(ShellStart, TheTextTableIsBuiltAnewOnItsCommand)
+{
+    ini("");
+    home.put("velkoro.txt", read_file(VELKORO_SOURCE_DIR "/data/velkoro.txt").value());
+    const auto res = home.path / "velkoro.res";
+    std::filesystem::last_write_time(res,
+                                     std::filesystem::last_write_time(res) - std::chrono::hours(1));
+    EXPECT_TRUE(shell_start("$$$res_gen$$$"));
+    ASSERT_FALSE(user.messages.empty());
+    EXPECT_EQ(user.messages[0].text, "File velkoro.res updated");
+    EXPECT_EQ(user.beeps, 1);
+    EXPECT_TRUE(store.wp_top < 0 && settings.wp_pending.empty()) << "it is no file to be opened";
+}
