@@ -264,7 +264,8 @@ try {
 void sort_oben_click()
 try {
     const int current_index = wp_index(list().current);
-    std::ranges::stable_partition(list().rows, [](const list_row& r) { return r.marked; });
+    std::stable_partition(list().rows.begin(), list().rows.end(),
+                          [](const list_row& r) { return r.marked; });
     wayp_list.row_of_good = false;
     list().current = wp_row(current_index);
     list().show_row = row_count() > 0 ? 0 : -1;

@@ -1,5 +1,6 @@
 #include "waypoints/install.h"
 
+#include "coords/install.h"
 #include "core/cmd_open.h"
 #include "tests/waypoints/list_fixture.h"
 
@@ -19,7 +20,7 @@ struct Program : testing::Test {
     Program()
     {
         home.put("velkoro.ini", "[Main]\r\nLang3=0\r\n");
-        home.put("Datum.ini", "");
+        std::filesystem::copy_file(VELKORO_SOURCE_DIR "/data/Datum.ins", home.path / "Datum.ins");
         std::filesystem::create_directory(home.path / "Waypoints");
         std::filesystem::copy_file(VELKORO_SOURCE_DIR "/data/Waypoints/sample.wp",
                                    home.path / "Waypoints/sample.wp");
@@ -28,6 +29,7 @@ struct Program : testing::Test {
                                    home.path / "Track/sample.t");
         platform.quit = [this] { ++quits; };
         shell_install();
+        coords_install();
         waypoints_install();
         disable_uninstalled(Form1.form);
     }
@@ -70,6 +72,22 @@ TEST_F(Program, ABareNameOnTheCommandLineOpensTheLibraryInTheList)
     tick(0.2);
     EXPECT_TRUE(Form1.Wayp_Datei_Speich[0].enabled);
     EXPECT_FALSE(Form1.form.modified);
+}
+
+TEST_F(Program, PositionsFollowTheFormatChosen)
+{
+    ASSERT_TRUE(shell_start("sample.wp"));
+    std::vector<std::string> shown;
+    for (const int format : {0, 1, 2}) {
+        Form1.posform.selected = format;
+        Form1.posform.change();
+        shown.push_back(list().cell(0, static_cast<int>(list_col::position)));
+        EXPECT_TRUE(shown.back().starts_with("  N")) << shown.back();
+        EXPECT_EQ(list().columns[6].heading, Form1.posform.items[static_cast<std::size_t>(format)]);
+    }
+    EXPECT_NE(shown[0], shown[1]);
+    EXPECT_NE(shown[1], shown[2]);
+    EXPECT_EQ(ini_get("Main", "Opt").substr(0, 4), "0 2 ");
 }
 
 TEST_F(Program, MarkedWaypointsAreDeletedSavedAndGoneWhenReadAgain)
