@@ -1,0 +1,17 @@
+#include "app/compose.h"
+
+#include "core/form1.h"
+#include "core/shell.h"
+#include "waypoints/install.h"
+
+namespace velkoro {
+
+void compose()
+{
+    shell_install();
+    waypoints_install();
+    // Entries of folders that are not installed stay, but cannot be chosen.
+    disable_uninstalled(Form1.form);
+}
+
+} // namespace velkoro

@@ -1,0 +1,11 @@
+/// Pictures of windows for documentation and for use without a display.
+#pragma once
+
+#include <string>
+
+namespace velkoro {
+
+/// Renders the main window as it stands into a PNG file. False when it cannot be written.
+bool save_main_picture(const std::string& path);
+
+} // namespace velkoro
