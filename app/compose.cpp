@@ -1,5 +1,6 @@
 #include "app/compose.h"
 
+#include "coords/install.h"
 #include "core/form1.h"
 #include "core/shell.h"
 #include "waypoints/install.h"
@@ -9,6 +10,7 @@ namespace velkoro {
 void compose()
 {
     shell_install();
+    coords_install();
     waypoints_install();
     // Entries of folders that are not installed stay, but cannot be chosen.
     disable_uninstalled(Form1.form);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int connect_ms = 500;
 constexpr int answer_ms = 3000;        // the running one may be busy with a job
-constexpr qint64 longest_text = 65536; // a command line, not a file
+constexpr qint64 longest_line = 65536; // a command line, not a file
 constexpr char taken = '\x06';         // the listener's receipt
 
 struct link_state {
@@ -39,11 +39,11 @@ bool same_user(const QLocalSocket& socket)
 
 void take_text(QLocalSocket& socket, const std::function<void(const std::string&)>& arrived)
 {
-    if (socket.bytesAvailable() > longest_text) {
+    if (socket.bytesAvailable() > longest_line) {
         socket.abort();
         return;
     }
-    if (!socket.peek(longest_text).contains('\0'))
+    if (!socket.peek(longest_line).contains('\0'))
         return; // the rest is still to come
     QByteArray text = socket.readAll();
     text.truncate(text.indexOf('\0'));
