@@ -107,7 +107,6 @@ int main(int argc, char** argv)
     std::setlocale(LC_NUMERIC, "C"); // Qt has taken over the locale of the environment
     QApplication::setApplicationName(QStringLiteral("VELkoro"));
     QApplication::setDesktopFileName(QStringLiteral("velkoro"));
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("velkoro")));
     QApplication::setQuitOnLastWindowClosed(false); // the shutdown sequence ends the program
 
     const options o = read_options({argv, argv + argc});
@@ -125,6 +124,8 @@ int main(int argc, char** argv)
     }
 
     look_install(app, own_style);
+    QApplication::setWindowIcon(
+        QIcon::fromTheme(QStringLiteral("velkoro"), QIcon(QStringLiteral(":/velkoro.svg"))));
     qt_platform_install();
     set_program_folder(o.home);
     if (!o.language.empty())

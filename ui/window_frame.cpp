@@ -214,12 +214,10 @@ void really_show(bound_window& w)
     QRect place = wanted_geometry(w);
     if (!has_place(r) && front)
         place.moveCenter(front->geometry().center());
-    if (r.width > 0 || has_place(r) || front) {
-        place = cut_to_screen(place);
-        top.resize(place.size());
-        if (has_place(r) || front)
-            top.move(place.topLeft());
-    }
+    place = cut_to_screen(place);
+    top.resize(place.size());
+    if (has_place(r) || front)
+        top.move(place.topLeft());
     if (front) {
         top.winId(); // makes the native window, which can then follow the one in front
         if (top.windowHandle() && front->windowHandle())
