@@ -1,0 +1,1 @@
+VELkoro trackË
