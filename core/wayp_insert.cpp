@@ -54,7 +54,7 @@ void normalise(wayp_rec& rec)
     if (name_too_long(rec)) {
         if (!batch.warned_long) {
             batch.warned_long = true;
-            const message_box question{.text = text(2035, store.wp_name_max) + "\n\n" + text(2760),
+            const message_box question{.text = text(2035, store.wp_name_max) + " " + text(2760),
                                        .buttons = buttons::yes_no,
                                        .icon = icon::exclamation,
                                        .number = 2035};

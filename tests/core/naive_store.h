@@ -288,7 +288,7 @@ struct naive_store {
         const std::string incoming = key(rec.nam, rec.kom);
         if (static_cast<int>(rec.nam.size()) > name_max && !warned_long) {
             warned_long = true;
-            messages.push_back("2035 " + std::to_string(name_max) + " # #\n\n2760 # # #");
+            messages.push_back("2035 " + std::to_string(name_max) + " # # 2760 # # #");
             if (reply(2035) != answer::yes) {
                 cancelled = true;
                 throw stop{};
