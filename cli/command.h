@@ -34,6 +34,9 @@ struct cli_command {
 /// All commands, in the order of the help.
 std::span<const cli_command> cli_commands();
 
+cli_action declare_convert(CLI::App& command);
+cli_action declare_dump(CLI::App& command);
+cli_action declare_info(CLI::App& command);
 cli_action declare_text(CLI::App& command);
 cli_action declare_res(CLI::App& command);
 

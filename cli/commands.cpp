@@ -5,6 +5,9 @@ namespace {
 
 // clang-format off
 constexpr cli_command commands[] = {
+    {"info",     "kind, version, title, head and counts of each file",    declare_info,     true},
+    {"dump",     "reads files in order and prints every record as JSON",  declare_dump,     true},
+    {"convert",  "reads files in order and writes them as one",           declare_convert,  true},
     {"text",     "the numbered text, its parameters filled in",           declare_text,     true},
     {"res",      "builds or prints the binary text table",                declare_res,      false},
 };

@@ -2,13 +2,11 @@
 #include "cli/json_out.h"
 #include "cli/messages.h"
 #include "cli/reading.h"
-#include "core/byte_io.h"
 #include "core/code_page.h"
 #include "core/files.h"
-#include "core/form1.h"
-#include "core/settings.h"
-#include "core/store.h"
-#include "core/text_tools.h"
+#include "core/texts.h"
+#include "waypoints/native_t.h"
+#include "waypoints/native_wp.h"
 
 #include <CLI/CLI.hpp>
 
@@ -19,98 +17,84 @@
 namespace velkoro {
 namespace {
 
-struct file_info {
-    std::string file{};
-    file_kind kind = file_kind::unknown;
-    int version = 0;    ///< of the head; a section behind it may be newer
-    bool whole = false; ///< read without a complaint
-    json fields{};      ///< what is told about this kind, in order
-};
-
-int version_of(file_kind kind, std::string_view bytes)
+json optional_text(const std::optional<std::string>& text)
 {
-    byte_reader in(bytes);
-    in.skip(kind == file_kind::waypoints ? 17 : 13); // the magic
-    return in.i16();
+    return text ? json_text(*text) : json(nullptr);
 }
 
-json waypoint_fields()
+json waypoint_fields(const wp_summary& s)
 {
-    return {{"title", json_text(Form1.wayp_titel.text)},
-            {"datum", json_text(chosen_item(Form1.Datum))},
-            {"posform", json_text(chosen_item(Form1.posform))},
-            {"zeit_text", json_text(settings.list_zone)},
-            {"sort", Form1.sort.selected},
-            {"refp_name", json_text(store.refp_name)},
-            {"scale", settings.scale},
-            {"waypoints", store.wp_top + 1},
-            {"routes", store.rou_top + 1}};
-}
-
-json track_fields()
-{
-    int segments = 0;
-    std::int32_t first = 0, last = 0;
-    for (std::int32_t i = 0; i <= store.trk_top; ++i) {
-        const trackp_rec& p = store.trk[static_cast<std::size_t>(i)];
-        segments += p.neu != 0;
-        if (p.zeit > 0) {
-            first = first == 0 ? p.zeit : first;
-            last = p.zeit;
-        }
+    json fields = {{"kind", "waypoints"},
+                   {"version", s.head.version},
+                   {"title", json_text(s.head.title)},
+                   {"datum", optional_text(s.head.datum)},
+                   {"posform", optional_text(s.head.posform)}};
+    if (!s.head.datum) { // an old file holds bare indexes
+        fields["datum"] = s.head.datum_index;
+        fields["posform"] = s.head.posform_index;
     }
-    return {{"title", json_text(store.trk_title)},
-            {"points", store.trk_top + 1},
-            {"segments", segments},
-            {"first_time", first},
-            {"last_time", last}};
+    fields["zeit_text"] = optional_text(s.head.zone);
+    fields["sort"] = s.head.sort;
+    fields["refp_name"] = json_text(s.head.refp_name);
+    fields["scale"] = s.head.scale;
+    fields["waypoints"] = s.waypoints;
+    fields["routes"] = s.routes;
+    fields["sections"] = s.append_sections + s.reconcile_sections;
+    return fields;
 }
 
-file_info examine(const std::string& path)
+json track_fields(const t_summary& s)
 {
-    file_info info;
-    info.file = path;
+    return {{"kind", "track"},          {"version", s.version},   {"title", json_text(s.title)},
+            {"points", s.points},       {"segments", s.segments}, {"first_time", s.first_time},
+            {"last_time", s.last_time}, {"sections", s.sections}};
+}
+
+/// What a file holds; a null value when it is no file of a known kind.
+json examine(const std::string& path)
+{
     const std::optional<std::string> bytes = read_file(path);
-    info.kind = kind_of_file(path, bytes.value_or(""));
-    empty_everything();
-    info.whole = read_one_file(path);
-    if (!bytes || info.kind == file_kind::unknown)
-        return info;
-    info.version = version_of(info.kind, *bytes);
-    info.fields = info.kind == file_kind::waypoints ? waypoint_fields() : track_fields();
-    return info;
-}
-
-const char* kind_name(file_kind kind)
-{
-    switch (kind) {
-    case file_kind::waypoints: return "waypoints";
-    case file_kind::track: return "track";
+    if (!bytes) {
+        cli_fail(shown_path(path) + ": cannot be read");
+        return nullptr;
+    }
+    json fields;
+    native_end end = native_end::not_native;
+    switch (kind_of_file(path, *bytes)) {
+    case file_kind::waypoints: {
+        const wp_summary summary = wp_info(*bytes);
+        end = summary.end;
+        fields = waypoint_fields(summary);
+        break;
+    }
+    case file_kind::track: {
+        const t_summary summary = t_info(*bytes);
+        end = summary.end;
+        fields = track_fields(summary);
+        break;
+    }
     case file_kind::unknown: break;
     }
-    return "unknown";
-}
-
-json info_json(const file_info& info)
-{
-    json object = {{"file", info.file}, {"kind", kind_name(info.kind)}};
-    if (info.kind != file_kind::unknown) {
-        object["version"] = info.version;
-        object.update(info.fields);
+    if (end == native_end::not_native) {
+        cli_fail(shown_path(path) + ": not a file of a known kind");
+        return nullptr;
     }
-    object["whole"] = info.whole;
-    return object;
+    if (end == native_end::newer)
+        cli_fail(shown_path(path) + ": of a newer version");
+    else if (end != native_end::whole)
+        cli_fail(shown_path(path) +
+                 ": damaged; the counts are those of what is ahead of the damage");
+    fields["whole"] = end == native_end::whole;
+    return fields;
 }
 
-void print_info(const file_info& info)
+void print_fields(const std::string& path, const json& fields)
 {
-    if (info.kind == file_kind::unknown)
-        return; // the reason stands on standard error
-    std::printf("%s\n", info.file.c_str());
-    std::printf("  %-12s %s, version %d\n", "kind", kind_name(info.kind), info.version);
-    for (const auto& [name, value] : info.fields.items())
-        std::printf("  %-12s %s\n", name.c_str(),
-                    (value.is_string() ? value.get<std::string>() : value.dump()).c_str());
+    std::printf("%s\n", path.c_str());
+    for (const auto& [name, value] : fields.items()) {
+        const std::string shown = value.is_string() ? value.get<std::string>() : value.dump();
+        std::printf("  %-12s %s\n", name.c_str(), shown.c_str());
+    }
 }
 
 struct info_options {
@@ -121,11 +105,16 @@ int run_info(const info_options& o)
 {
     json list = json::array();
     for (const std::string& path : o.files) {
-        const file_info info = examine(path);
-        if (cli.json)
-            list.push_back(info_json(info));
-        else
-            print_info(info);
+        const json fields = examine(path);
+        if (fields.is_null())
+            continue;
+        if (cli.json) {
+            json object = {{"file", json_text(shown_path(path))}};
+            object.update(fields);
+            list.push_back(std::move(object));
+        } else {
+            print_fields(path, fields);
+        }
     }
     if (cli.json)
         print_json({{"files", std::move(list)}});

@@ -1,6 +1,7 @@
 #include "cli/messages.h"
 
 #include "cli/command.h"
+#include "cli/marks.h"
 #include "core/code_page.h"
 #include "core/job.h"
 #include "core/platform.h"
@@ -99,11 +100,17 @@ void install_cli_platform()
     // A modal window has nobody to close it.
     platform.wait_closed = [](window& w) { w.shown = false; };
     hooks.conflict_ask = [](conflict_question&) { return cli.on_conflict; };
+    install_cli_marks();
+}
+
+void cli_note(std::string_view text)
+{
+    print_error("velkoro-cli: " + to_utf8(one_line(text)));
 }
 
 int cli_fail(std::string_view reason)
 {
-    print_error("velkoro-cli: " + one_line(reason));
+    cli_note(reason);
     cli.failed = true;
     return exit_failed;
 }

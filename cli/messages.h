@@ -28,9 +28,12 @@ inline cli_state cli;
 /// Fills `platform` and the conflict hook.
 void install_cli_platform();
 
-/// Prints "velkoro-cli: reason" (UTF-8) on standard error and marks the run as failed; returns
+/// Prints "velkoro-cli: reason" on standard error and marks the run as failed; returns
 /// exit_failed.
 int cli_fail(std::string_view reason);
+
+/// Prints "velkoro-cli: text" on standard error: something to know, no failure.
+void cli_note(std::string_view text);
 
 /// The exit code that follows from what was reported so far.
 int cli_exit_code();

@@ -11,18 +11,17 @@ namespace velkoro {
 
 enum class file_kind { unknown, waypoints, track };
 
-/// What a file is: by its first bytes when they are known; else by its extension.
-file_kind kind_of_file(const std::string& path, std::string_view bytes);
+/// What a file is: by its first bytes when they are known, else by its extension.
+file_kind kind_of_file(std::string_view path, std::string_view bytes);
+/// By the extension alone.
+file_kind kind_of_name(std::string_view path);
 
-/// Reads one file into the store. False when nothing or not all of it could be read: the reason has
-/// been reported then.
+/// Reads one file into the store. False when nothing could be read, or not all of it: the reason
+/// has been reported then, and the run has failed.
 bool read_one_file(const std::string& path);
 
-/// Reads the files in order into the store. True when all were read whole.
+/// Reads the files in order into the store. False when none of them gave anything.
 bool read_files(const std::vector<std::string>& paths);
-
-/// Empties stores, title and marks, as if nothing had been read.
-void empty_everything();
 
 /// The chosen entry of a drop-down, "" when none is.
 std::string chosen_item(const control& drop_down);

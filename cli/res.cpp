@@ -22,7 +22,7 @@ std::string bytes_of(const std::string& path)
 {
     std::optional<std::string> bytes = read_file(path);
     if (!bytes)
-        throw std::runtime_error(path + ": cannot be read");
+        throw std::runtime_error(shown_path(path) + ": cannot be read");
     return std::move(*bytes);
 }
 
@@ -30,7 +30,7 @@ int run_build(const res_options& o)
 {
     write_file(o.target, res_build(bytes_of(o.source)));
     if (cli.json)
-        print_json({{"target", o.target}});
+        print_json({{"target", json_text(shown_path(o.target))}});
     return exit_done;
 }
 
@@ -62,8 +62,9 @@ int run_dump(const res_options& o)
         for (const auto& [number, fields] : table.rows)
             print_row(std::to_string(number), fields);
     }
-    return table.damaged ? cli_fail(o.file + ": the table is damaged; the rows before stand")
-                         : exit_done;
+    return table.damaged
+               ? cli_fail(shown_path(o.file) + ": the table is damaged; the rows before stand")
+               : exit_done;
 }
 
 } // namespace
