@@ -105,12 +105,12 @@ void install_cli_platform()
 
 void cli_note(std::string_view text)
 {
-    print_error("velkoro-cli: " + to_utf8(one_line(text)));
+    print_error(to_utf8(one_line(text)));
 }
 
 int cli_fail(std::string_view reason)
 {
-    cli_note(reason);
+    print_error("velkoro-cli: " + to_utf8(one_line(reason)));
     cli.failed = true;
     return exit_failed;
 }

@@ -32,7 +32,7 @@ void install_cli_platform();
 /// exit_failed.
 int cli_fail(std::string_view reason);
 
-/// Prints "velkoro-cli: text" on standard error: something to know, no failure.
+/// Prints a line on standard error: something to know, no failure.
 void cli_note(std::string_view text);
 
 /// The exit code that follows from what was reported so far.

@@ -5,6 +5,7 @@
 #include "cli/messages.h"
 #include "core/code_page.h"
 #include "core/files.h"
+#include "core/form1.h"
 #include "core/program_folder.h"
 #include "core/settings.h"
 #include "core/shell.h"
@@ -159,6 +160,10 @@ void cli_prepare(const cli_options& options)
     for (const shell_step& step : shell.start)
         if (std::ranges::find(start_steps, step.number) != std::end(start_steps) && !step.run())
             throw std::runtime_error("the start ended in the step " + step.name);
+    if (Form1.Datum.items.empty()) { // without a table everything is on WGS 84
+        Form1.Datum.items = {"WGS 84"};
+        Form1.Datum.selected = 0;
+    }
     // What is missing there (a table) fails the commands that need it, not the others.
     cli.failed = false;
 }

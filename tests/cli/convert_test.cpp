@@ -180,12 +180,12 @@ TEST(CliConvert, TitleFormatAndDatumGoIntoTheHead)
     const std::string a = put_file("a.wp", wp_head("A") + one);
     const std::string out = test_folder() + "out.wp";
     const cli_result r = convert(
-        {a, out, "--title", "H\xC3\xBCtten", "--format", "(CH) Swiss Grid", "--datum", "Potsdam"});
+        {a, out, "--title", "H\xC3\xBCtten", "--format", "(CH) Swiss Grid", "--datum", "WGS 84"});
     EXPECT_EQ(r.code, 0) << r.err;
     const json d = dump(out);
     EXPECT_EQ(d["title"], "H\xC3\xBCtten");
     EXPECT_EQ(d["posform"], "(CH) Swiss Grid");
-    EXPECT_EQ(d["datum"], "Potsdam");
+    EXPECT_EQ(d["datum"], "WGS 84");
     EXPECT_EQ(convert({a, out, "--format", "4"}).code, 0);
     EXPECT_EQ(dump(out)["posform"], "MGRS");
 
