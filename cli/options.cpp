@@ -146,6 +146,8 @@ void cli_prepare(const cli_options& options)
         if (is_main_key(key))
             override_setting("main", key, value);
     }
+    // A folder without settings works as after the desktop's first start.
+    const bool fresh = ini_get("Main", "Pr_act").empty();
     // The profile's name may itself have been set.
     if (const std::string active = ini_get("Main", "Pr_act"); !active.empty())
         settings.profile = active;
@@ -160,6 +162,13 @@ void cli_prepare(const cli_options& options)
     for (const shell_step& step : shell.start)
         if (std::ranges::find(start_steps, step.number) != std::end(start_steps) && !step.run())
             throw std::runtime_error("the start ended in the step " + step.name);
+    if (fresh && ini_get(settings.profile, "Flags").empty()) {
+        const settings_state first;
+        settings.printer_option = first.printer_option;
+        settings.utm_zero = first.utm_zero;
+        settings.km_grid = first.km_grid;
+        settings.backup_on = first.backup_on;
+    }
     if (Form1.Datum.items.empty()) { // without a table everything is on WGS 84
         Form1.Datum.items = {"WGS 84"};
         Form1.Datum.selected = 0;
