@@ -24,7 +24,9 @@ void load_texts(int language)
         const auto n = static_cast<std::size_t>(number);
         if (text_table.texts.size() <= n)
             text_table.texts.resize(n + 1);
-        text_table.texts[n] = columns.at(static_cast<std::size_t>(language));
+        std::string& t = text_table.texts[n] = columns.at(static_cast<std::size_t>(language));
+        for (auto at = t.find("\\n"); at != std::string::npos; at = t.find("\\n", at))
+            t.replace(at, 2, "\n"); // as the loader of the program does
     }
     text_table.languages = {"English", "Deutsch"};
     text_table.language = text_table.loaded = language;
