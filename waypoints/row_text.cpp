@@ -13,7 +13,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <utility>
 
 namespace velkoro {
 namespace {
@@ -90,22 +89,6 @@ const wayp_rec* record(int index)
 {
     return index >= 0 && index <= store.wp_top ? &store.wp[static_cast<std::size_t>(index)]
                                                : nullptr;
-}
-
-// The picture drawn for a glyph or a family, "" when there is none. Some go by a shorter name.
-std::string_view drawn_as(std::string_view glyph)
-{
-    constexpr std::string_view drawn[] = {"anchor", "cache", "car",   "church", "dot",     "flag",
-                                          "food",   "fuel",  "house", "med",    "parking", "sign",
-                                          "summit", "tent",  "tree",  "water"};
-    constexpr std::pair<std::string_view, std::string_view> shorter[] = {
-        {"fuel_pump", "fuel"},  {"fork_knife", "food"}, {"medical_cross", "med"},
-        {"mountain", "summit"}, {"drop", "water"},      {"letter_p", "parking"},
-        {"signpost", "sign"},   {"box_closed", "cache"}};
-    for (const auto& [name, picture] : shorter)
-        if (glyph == name)
-            return picture;
-    return std::ranges::find(drawn, glyph) != std::end(drawn) ? glyph : std::string_view();
 }
 
 row_text variable_text(const wayp_rec& w, sort_entry entry)
@@ -216,16 +199,15 @@ std::vector<std::string> glyphs_parse(std::string_view table, int level)
     for (std::string_view line : split_lines(table)) {
         const std::string_view of_level = next_field(line, ';');
         const std::string_view number = next_field(line, ';');
-        const std::string_view glyph = drawn_as(next_field(line, ';'));
-        const std::string_view family = drawn_as(next_field(line, ';'));
+        const std::string_view glyph = next_field(line, ';');
         const double n = val(number);
-        if (!is_number(of_level) || val(of_level) != level || !is_number(number) || n < 0 ||
-            n >= static_cast<double>(glyph_numbers))
+        if (glyph.empty() || !is_number(of_level) || val(of_level) != level || !is_number(number) ||
+            n < 0 || n >= static_cast<double>(glyph_numbers))
             continue;
         const auto at = static_cast<std::size_t>(n);
         if (out.size() <= at)
             out.resize(at + 1, "g_dot");
-        out[at] = "g_" + std::string(!glyph.empty() ? glyph : !family.empty() ? family : "dot");
+        out[at] = "g_" + std::string(glyph);
     }
     return out;
 }

@@ -49,8 +49,9 @@ std::string wp_date_text(std::int32_t seconds);
 
 /// Name of the picture of a symbol ("g_flag"), "" without a symbol table.
 std::string symbol_glyph(int symbol);
-/// The glyph table as text: one line "level;number;glyph;family" per symbol. For each number of the
-/// symbol level the picture to show: the glyph's own, else its family's, else "g_dot".
+/// The glyph table as text: one line "level;number;glyph" and further fields per symbol. For each
+/// number of the symbol level the picture to show, "g_" and the glyph; "g_dot" for a number without
+/// one. Every glyph of the shipped table has its picture.
 std::vector<std::string> glyphs_parse(std::string_view table, int level);
 
 struct glyph_state {

@@ -240,6 +240,22 @@ TEST(SymbolFiles, HaveAGlyphForEverySymbol)
     EXPECT_TRUE(drawn.empty());
 }
 
+TEST(SymbolFiles, HaveADrawingForEveryGlyph)
+{
+    const std::string resources = data_file("../ui/resources.qrc");
+    const std::string bytes = data_file("glyphs.csv");
+    const auto lines = split_lines(bytes);
+    std::set<std::string> pictures;
+    for (std::size_t i = 1; i < lines.size(); ++i)
+        pictures.insert("icons/g_" + fields_of(std::string(lines[i]), ";").at(2) + ".svg");
+    EXPECT_GT(pictures.size(), 100U);
+    for (const std::string& name : pictures) {
+        const std::string drawing = data_file("../ui/" + name);
+        EXPECT_TRUE(drawing.starts_with("<svg ") && drawing.ends_with("</svg>\n")) << name;
+        EXPECT_NE(resources.find("<file>" + name + "</file>"), std::string::npos) << name;
+    }
+}
+
 namespace {
 
 struct datum_table {

@@ -120,13 +120,13 @@ TEST_F(RowText, AnIndexOutsideTheStoreGivesEmptyTexts)
     EXPECT_EQ(cell(5, list_col::position), "");
 }
 
-TEST_F(RowText, GlyphsFallBackOnTheirFamilyAndThenOnTheDot)
+TEST_F(RowText, ASymbolHasThePictureOfItsGlyphAndWithoutOneTheDot)
 {
     const std::string table = "level;number;glyph;family;colour\r\n3;0;dot;shape;black\r\n"
-                              "3;1;house;house\n3;2;fuel_pump;car\n3;3;atv;car\n3;5;zone;shape\n"
+                              "3;1;house;house\n3;2;fuel_pump;car\n3;3;;car\n3;5;zone;shape\n"
                               "3;x;flag;flag\n3;-1;flag;flag\n3;1000000;flag;flag\n2;0;flag;flag\n";
     EXPECT_EQ(glyphs_parse(table, 3),
-              (lines{"g_dot", "g_house", "g_fuel", "g_car", "g_dot", "g_dot"}));
+              (lines{"g_dot", "g_house", "g_fuel_pump", "g_dot", "g_dot", "g_zone"}));
     EXPECT_EQ(glyphs_parse(table, 2), (lines{"g_flag"}));
     EXPECT_TRUE(glyphs_parse("", 3).empty());
 }
