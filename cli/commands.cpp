@@ -10,6 +10,9 @@ constexpr cli_command commands[] = {
     {"convert",  "reads files in order and writes them as one",           declare_convert,  true},
     {"text",     "the numbered text, its parameters filled in",           declare_text,     true},
     {"res",      "builds or prints the binary text table",                declare_res,      false},
+    {"coord",    "converts coordinates between formats and datums",       declare_coord,    true},
+    {"distance", "distance and bearing between positions",                declare_distance, true},
+    {"project",  "the position at a distance and bearing from another",   declare_project,  true},
 };
 // clang-format on
 
