@@ -2,6 +2,7 @@
 
 #include "coords/coord_text.h"
 #include "coords/distance.h"
+#include "coords/units.h"
 #include "core/hooks.h"
 
 namespace velkoro {
@@ -13,6 +14,7 @@ void coords_install()
     };
     hooks.position_text = position_line;
     hooks.read_datums = datum_read;
+    units_install();
 }
 
 } // namespace velkoro
