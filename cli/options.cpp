@@ -9,6 +9,7 @@
 #include "core/program_folder.h"
 #include "core/settings.h"
 #include "core/shell.h"
+#include "core/symbols.h"
 #include "core/text_tools.h"
 #include "core/texts.h"
 #include "core/trap.h"
@@ -163,11 +164,8 @@ void cli_prepare(const cli_options& options)
         if (std::ranges::find(start_steps, step.number) != std::end(start_steps) && !step.run())
             throw std::runtime_error("the start ended in the step " + step.name);
     if (fresh && ini_get(settings.profile, "Flags").empty()) {
-        const settings_state first;
-        settings.printer_option = first.printer_option;
-        settings.utm_zero = first.utm_zero;
-        settings.km_grid = first.km_grid;
-        settings.backup_on = first.backup_on;
+        first_switches();
+        symbols_load();
     }
     if (Form1.Datum.items.empty()) { // without a table everything is on WGS 84
         Form1.Datum.items = {"WGS 84"};

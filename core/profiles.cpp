@@ -47,7 +47,7 @@ void first_start()
     ini_put(main_section, "Pr_act", standard_profile);
     if (profile_names().empty())
         ini_put(main_section, "Pr_0", standard_profile);
-    settings.backup_on = settings.km_grid = settings.utm_zero = settings.printer_option = true;
+    first_switches();
     settings.home_zone = "+0";
     // Stored at once: without the key all switches of weight 960 and up read as off.
     if (ini_get(standard_profile, "Flags").empty())
@@ -70,6 +70,13 @@ std::vector<std::string> profile_names()
 int profile_active()
 {
     return index_of(profile_names(), settings.profile);
+}
+
+void first_switches()
+{
+    settings.backup_on = settings.km_grid = settings.utm_zero = settings.printer_option = true;
+    // Today's receivers know more than 16 symbols, and without a table no symbol would be shown.
+    settings.symbol_level = 3;
 }
 
 void profiles_load()

@@ -16,6 +16,9 @@ inline constexpr const char* standard_profile = "Standard"; ///< always there, c
 std::vector<std::string> profile_names();
 /// Index of the active profile in profile_names, -1 when it is not listed.
 int profile_active();
+/// Switches as the first start sets them: backups, km, leading zero and the printer's switch on, the
+/// large symbol table. The caller loads the symbols.
+void first_switches();
 /// Takes the active profile from `Pr_act`, "Standard" when that names none. At the first start,
 /// when `Pr_act` is absent, makes "Standard" with backup, km, UTM and printer switches on and the
 /// time zone "+0".

@@ -37,6 +37,7 @@ TEST_F(Profiles, TheFirstStartMakesStandardWithItsSwitchesOn)
     settings_read();
     EXPECT_TRUE(settings.backup_on && settings.km_grid && settings.utm_zero &&
                 settings.printer_option);
+    EXPECT_EQ(settings.symbol_level, 3);
     EXPECT_EQ(settings.home_zone, "+0");
     EXPECT_EQ(settings.profile, "Standard");
 }
