@@ -1,5 +1,6 @@
 #include "waypoints/install.h"
 
+#include "waypoints/clipboard.h"
 #include "waypoints/conflict.h"
 #include "waypoints/list.h"
 #include "waypoints/native_jobs.h"
@@ -9,6 +10,7 @@ namespace velkoro {
 void waypoints_install()
 {
     wayp_list_install();
+    clipboard_install();
     conflict_install();
     native_files_install();
 }

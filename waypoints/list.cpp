@@ -306,7 +306,7 @@ try {
     wayp_delete(-1);
     mark_count();
 } catch (...) {
-    trap("B_lösch");
+    trap("B_lösch"_w.c_str());
 }
 
 void wayp_neu_click()
