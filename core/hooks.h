@@ -60,6 +60,8 @@ struct hook_table {
     /// Distance between two positions in the selected distance unit.
     std::function<double(const pos_rec& target, const pos_rec& origin)> distance =
         [](const pos_rec&, const pos_rec&) { return 0.0; };
+    /// Indexes of the routes that are chosen in the map's route filter.
+    std::function<std::vector<int>()> chosen_routes = [] { return std::vector<int>{}; };
     /// Symbols are in use (symbol level above 0).
     std::function<bool()> symbols_in_use = [] { return true; };
     /// Reads Datum.ini and fills `Datum` and `posform`.

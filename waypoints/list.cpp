@@ -9,6 +9,7 @@
 #include "core/shell.h"
 #include "core/texts.h"
 #include "core/trap.h"
+#include "waypoints/list_variable.h"
 
 #include <algorithm>
 #include <numeric>
@@ -20,7 +21,7 @@ namespace {
 constexpr std::size_t refp_most = 2000;
 
 // Key numbers of the platform.
-constexpr int key_delete = 0x01000007, key_backspace = 0x01000003;
+constexpr int key_escape = 0x01000000, key_delete = 0x01000007, key_backspace = 0x01000003;
 
 row_list& list()
 {
@@ -49,14 +50,6 @@ void press(control& c)
         c.click();
 }
 
-// Marks changed: the commands follow at once, the count when the user pauses.
-void marks_changed()
-{
-    list().changed();
-    shell.mark_defer = std::max(platform.clock(), 0.001); // 0 stands for nothing pending
-    list_states();
-}
-
 int column_of(sort_entry order)
 {
     switch (order) {
@@ -67,9 +60,7 @@ int column_of(sort_entry order)
     case sort_entry::proximity: return static_cast<int>(list_col::proximity);
     case sort_entry::latitude:
     case sort_entry::longitude: return static_cast<int>(list_col::position);
-    case sort_entry::ref_distance:
-    case sort_entry::date: return static_cast<int>(list_col::variable);
-    default: return -1;
+    default: return static_cast<int>(list_col::variable);
     }
 }
 
@@ -87,6 +78,12 @@ sort_entry order_of(list_col column)
     }
 }
 
+// The variable column shows a distance.
+bool depends_on_unit(sort_entry order)
+{
+    return has_variable_column(order) && order != sort_entry::date && order != sort_entry::routes;
+}
+
 void show_headings()
 {
     const sort_entry order = order_in_force();
@@ -94,18 +91,23 @@ void show_headings()
     for (int c = 0; c < std::min(list_cols, static_cast<int>(columns.size())); ++c)
         columns[static_cast<std::size_t>(c)].heading =
             list_heading(static_cast<list_col>(c), order);
-    // Distances are numbers, dates and names are not.
-    columns[static_cast<std::size_t>(list_col::variable)].right = order == sort_entry::ref_distance;
-    list().sort_column = sort_possible(order) ? column_of(order) : -1;
+    // Distances are numbers, dates and lists of routes are not.
+    columns[static_cast<std::size_t>(list_col::variable)].right = depends_on_unit(order);
+    list().sort_column = column_of(order);
     list().changed();
 }
 
-// What a long sort shows while it prepares the texts. False: stop.
+// What a long sort shows, once a second, while it prepares the texts; events are served twice as
+// often. False: stop.
 bool sort_progress(int done, int all, std::uint64_t version)
 {
     if (!op_due())
         return true;
-    Form1.anz.caption = std::to_string(100LL * done / all) + " %";
+    const double now = platform.ticks();
+    if (now >= wayp_list.progress_due) {
+        wayp_list.progress_due = now + 1;
+        Form1.anz.caption = text(7753, 100LL * done / all);
+    }
     platform.pump(0);
     return !wayp_list.break_sort && list().version == version && row_count() == all;
 }
@@ -115,6 +117,8 @@ void sort_rows(sort_entry order)
     const int n = row_count();
     const std::uint64_t version = list().version;
     op_restart();
+    wayp_list.progress_due = 0;
+    variable_forget(); // routes and tracks change without a word to the list
     std::vector<std::string> texts(static_cast<std::size_t>(n));
     for (int row = 0; row < n; ++row) {
         texts[static_cast<std::size_t>(row)] = wp_sort_text(wp_index(row), order);
@@ -163,6 +167,7 @@ void row_added(int index, bool marked)
     }
     if (marked)
         shell.mark_defer = std::max(platform.clock(), 0.001);
+    variable_forget();
     list().changed();
 }
 
@@ -192,6 +197,7 @@ void rows_compacted(const std::vector<int>& new_index)
     if (list().current >= 0)
         list().current = std::min(kept_before, row_count() - 1);
     wayp_list.row_of_good = false;
+    variable_forget();
     marks_changed();
 }
 
@@ -337,7 +343,7 @@ try {
     const wayp_rec& w = store.wp[static_cast<std::size_t>(index)];
     store.refp_name = w.nam;
     store.refp_pos = w.pos;
-    if (order_in_force() == sort_entry::ref_distance)
+    if (order_in_force() == sort_entry::ref_distance || order_in_force() == sort_entry::ref_bearing)
         sort_apply();
     list().changed();
 } catch (...) {
@@ -348,6 +354,10 @@ bool list_key(int key, bool ctrl, bool)
 {
     if (!ctrl && (key == key_delete || key == key_backspace)) {
         press(Form1.B_lösch);
+        return true;
+    }
+    if (key == key_escape && wayp_list.sorting) {
+        wayp_list.break_sort = true;
         return true;
     }
     if (!ctrl)
@@ -397,6 +407,7 @@ void make_columns()
 void wayp_list_install()
 {
     wayp_list = {};
+    variable = {};
     list() = {};
     make_columns();
 
@@ -409,7 +420,7 @@ void wayp_list_install()
     hooks.sort_rows = sort_apply;
     hooks.mark_count = mark_count;
     hooks.units_changed = [] {
-        if (order_in_force() == sort_entry::ref_distance)
+        if (depends_on_unit(order_in_force()))
             sort_apply();
         else // an order made by hand stays
             show_headings();
@@ -491,20 +502,23 @@ try {
         wayp_list.break_sort = wayp_list.sort_again = true;
         return;
     }
-    if (store.wp_top < 0 || row_count() == 0 || !sort_possible(order))
+    if (store.wp_top < 0 || row_count() == 0)
         return;
     wayp_list.sorting = true;
     const std::string status = Form1.anz.caption;
     const wait_cursor shown;
+    variable.held = true;
     do {
         wayp_list.break_sort = wayp_list.sort_again = false;
         sort_rows(order);
         order = order_in_force();
-    } while (wayp_list.sort_again && sort_possible(order));
+    } while (wayp_list.sort_again);
     Form1.anz.caption = status;
+    variable.held = false;
     wayp_list.sorting = false;
 } catch (...) {
     wayp_list.sorting = false;
+    variable.held = false;
     trap("wayp_sort_do");
 }
 
@@ -524,6 +538,7 @@ void row_refresh(int index, bool mark)
         show_headings();
         return;
     }
+    variable_forget();
     list_row* r = mark ? row_at(wp_row(index)) : nullptr;
     if (r && !r->marked) {
         r->marked = true;
@@ -540,6 +555,7 @@ void list_refill()
     list().current = row_count() > 0 ? 0 : -1;
     wayp_list.row_of_good = false;
     wayp_list.snapshot.clear();
+    variable_forget();
     sort_apply();
 }
 
@@ -573,6 +589,13 @@ void mark_count()
     list_states();
 }
 
+void marks_changed()
+{
+    list().changed();
+    shell.mark_defer = std::max(platform.clock(), 0.001); // 0 stands for nothing pending
+    list_states();
+}
+
 void mark_snapshot()
 {
     wayp_list.snapshot.assign(static_cast<std::size_t>(store.wp_top + 1), 0);
@@ -586,10 +609,10 @@ void list_states()
     const bool rows = !list().rows.empty();
     if (wayp_list.states_version != list().version) {
         wayp_list.states_version = list().version;
-        wayp_list.any_marked =
-            std::ranges::any_of(list().rows, [](const list_row& r) { return r.marked; });
+        wayp_list.marked_now = static_cast<int>(
+            std::ranges::count_if(list().rows, [](const list_row& r) { return r.marked; }));
     }
-    const bool marked = wayp_list.any_marked;
+    const bool marked = wayp_list.marked_now > 0;
     const bool data = rows || store.rou_top >= 0;
     const std::pair<control*, bool> needs[] = {
         {&Form1.Wayp_Datei_Speich[0], data},
@@ -602,7 +625,7 @@ void list_states()
         {&Form1.mark_g, rows},
         {&Form1.mark_recover, rows && !wayp_list.snapshot.empty()},
         {&Form1.sort_oben, marked},
-        {&Form1.neu_mitt, marked},
+        {&Form1.neu_mitt, wayp_list.marked_now > 1},
         {&Form1.B_lösch, marked},
         {&Form1.B_aus, marked},
         {&Form1.B_kop, marked},

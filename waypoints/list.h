@@ -21,7 +21,8 @@ struct wayp_list_state {
     bool no_sort = false;         ///< sort_apply does nothing
     bool break_sort = false;      ///< the running sort stops, the rows keep their order
     bool sort_again = false;      ///< it starts anew with the order then in force
-    bool any_marked = false;      ///< some row is marked, as of `states_version`
+    double progress_due = 0;      ///< platform.ticks when a sort next shows how far it is
+    int marked_now = 0;           ///< marked rows as of `states_version`
     std::uint64_t states_version = 0;
     std::vector<int> refp_index{};  ///< store indexes behind the entries of `refp`
     std::uint64_t refp_version = 0; ///< version of the rows that `refp` was made from
@@ -40,9 +41,9 @@ int wp_index(int row);
 /// Row of a store index, -1 when it has none.
 int wp_row(int index);
 
-/// Sorts the rows by the order of the drop-down `sort`, equal ones keep their places. Orders that
-/// cannot be made yet leave the rows as they are. Serves events when it takes long; a change of the
-/// rows meanwhile ends it.
+/// Sorts the rows by the order of the drop-down `sort`, equal ones keep their places. Serves events
+/// when it takes long; a change of the rows or `break_sort` (the Escape key) meanwhile ends it, and
+/// the rows stay as they are.
 void wayp_sort_do(sort_entry order);
 /// Sorts by the order in force unless sorting is suppressed.
 void sort_apply();
@@ -56,6 +57,9 @@ void list_update();
 
 /// Counts the marks; with more than one, shows the count and keeps the marks for mark_recover.
 void mark_count();
+/// To be called after every change of marks: the commands follow at once, the count when the user
+/// pauses.
+void marks_changed();
 /// Keeps the present marks by store index.
 void mark_snapshot();
 /// Enables the commands that need rows or marks.

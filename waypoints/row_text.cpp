@@ -1,5 +1,7 @@
 #include "waypoints/row_text.h"
 
+#include "coords/times.h"
+#include "coords/units.h"
 #include "core/files.h"
 #include "core/hooks.h"
 #include "core/num_text.h"
@@ -7,10 +9,9 @@
 #include "core/symbols.h"
 #include "core/text_tools.h"
 #include "core/texts.h"
+#include "waypoints/list_variable.h"
 
 #include <algorithm>
-#include <array>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 
@@ -19,11 +20,6 @@ namespace {
 
 constexpr const char* glyph_file = "glyphs.csv";
 constexpr std::size_t glyph_numbers = 1000; // table numbers are small; a wrong one is not believed
-
-const char* altitude_unit()
-{
-    return settings.alt_index == 1 ? "ft" : "m";
-}
 
 std::string digits(long long value, int width)
 {
@@ -38,17 +34,12 @@ std::string biased(std::int32_t semicircles)
     return digits(static_cast<long long>(semicircles) + 2147483648LL, 10);
 }
 
-double ref_distance(const wayp_rec& w)
-{
-    return hooks.distance(w.pos, store.refp_pos);
-}
-
 std::string altitude_text(const wayp_rec& w)
 {
     if (w.alt == alt_unknown)
         return {};
     return pic(static_cast<double>(w.alt) / static_cast<double>(settings.alt_unit), "0 ") +
-           altitude_unit();
+           alt_label();
 }
 
 std::string altitude_sort(const wayp_rec& w)
@@ -80,31 +71,39 @@ std::string proximity_sort(const wayp_rec& w)
     return w.prox == 0 ? "99999" : digits(std::abs(int{w.prox}), 5);
 }
 
-std::string date_sort(const wayp_rec& w)
-{
-    return digits(w.dat, 11);
-}
-
 const wayp_rec* record(int index)
 {
     return index >= 0 && index <= store.wp_top ? &store.wp[static_cast<std::size_t>(index)]
                                                : nullptr;
 }
 
-row_text variable_text(const wayp_rec& w, sort_entry entry)
+bool is_distance(sort_entry entry)
 {
-    if (entry == sort_entry::ref_distance)
-        return {.sort = pic(ref_distance(w), "00000.000"),
-                .shown = pic(ref_distance(w), "0.00") + " " + distance_unit()};
-    return {.sort = date_sort(w), .shown = wp_date_text(w.dat)};
+    return entry == sort_entry::nearest_wp || entry == sort_entry::route_distance ||
+           entry == sort_entry::track_distance;
+}
+
+std::string variable_heading(sort_entry entry)
+{
+    std::string heading = [&] {
+        switch (entry) {
+        case sort_entry::ref_distance: return text(7265);
+        case sort_entry::nearest_wp: return text(7266);
+        case sort_entry::ref_bearing: return text(7752);
+        case sort_entry::routes: return text(7270);
+        case sort_entry::route_distance: return text(7271);
+        case sort_entry::track_distance: return text(7272);
+        default: return text(7273);
+        }
+    }();
+    return is_distance(entry) ? heading + " (" + dist_label() + ")" : heading;
 }
 
 } // namespace
 
 const char* distance_unit()
 {
-    constexpr std::array names = {"km", "mi", "NM"};
-    return names[static_cast<std::size_t>(std::clamp(settings.dist_index, 0, 2))];
+    return dist_label();
 }
 
 row_text wp_row_text(int index, list_col column, sort_entry entry)
@@ -118,7 +117,7 @@ row_text wp_row_text(int index, list_col column, sort_entry entry)
     case list_col::comment: t = {.sort = lower(w->kom) + " ", .shown = w->kom}; break;
     case list_col::altitude: t = {.sort = altitude_sort(*w), .shown = altitude_text(*w)}; break;
     case list_col::symbol: t = {.sort = symbol_text(*w), .shown = symbol_text(*w)}; break;
-    case list_col::variable: t = variable_text(*w, entry); break;
+    case list_col::variable: t = variable_text(index, entry); break;
     case list_col::proximity: t = {.sort = proximity_sort(*w), .shown = proximity_text(*w)}; break;
     case list_col::position: t = {.shown = "  " + hooks.position_text(w->pos)}; break;
     }
@@ -137,29 +136,17 @@ std::string wp_sort_text(int index, sort_entry entry)
     case sort_entry::altitude: return altitude_sort(*w);
     case sort_entry::symbol: return symbol_text(*w);
     case sort_entry::proximity: return proximity_sort(*w);
-    case sort_entry::ref_distance: return pic(ref_distance(*w), "00000.000");
     case sort_entry::latitude: return biased(w->pos.lat);
     case sort_entry::longitude: return biased(w->pos.lon);
-    case sort_entry::date: return date_sort(*w);
-    default: return {};
-    }
-}
-
-bool sort_possible(sort_entry entry)
-{
-    switch (entry) {
-    case sort_entry::nearest_wp:
-    case sort_entry::ref_bearing:
-    case sort_entry::routes:
-    case sort_entry::route_distance:
-    case sort_entry::track_distance: return false;
-    default: return true;
+    default: return variable_text(index, entry).sort;
     }
 }
 
 bool has_variable_column(sort_entry entry)
 {
-    return entry == sort_entry::ref_distance || entry == sort_entry::date;
+    return is_distance(entry) || entry == sort_entry::ref_distance ||
+           entry == sort_entry::ref_bearing || entry == sort_entry::routes ||
+           entry == sort_entry::date;
 }
 
 std::string list_heading(list_col column, sort_entry entry)
@@ -169,7 +156,7 @@ std::string list_heading(list_col column, sort_entry entry)
     case list_col::comment: return text(180);
     case list_col::altitude: return text(2345);
     case list_col::symbol: return text(7260);
-    case list_col::variable: return text(entry == sort_entry::ref_distance ? 7265 : 7273);
+    case list_col::variable: return variable_heading(entry);
     case list_col::proximity: return text(7261);
     case list_col::position: break;
     }
@@ -181,16 +168,10 @@ std::string wp_date_text(std::int32_t seconds)
 {
     if (seconds == 0)
         return {};
-    using namespace std::chrono;
-    constexpr sys_days date_base = 1989y / December / 31;
-    const year_month_day d{date_base + floor<days>(std::chrono::seconds(seconds))};
-    const std::string y = digits(int{d.year()}, 4);
-    const std::string m = digits(unsigned{d.month()}, 2);
-    const std::string day = digits(unsigned{d.day()}, 2);
     const auto column = static_cast<std::size_t>(std::max(0, text_table.language));
     const bool german =
         column < text_table.languages.size() && text_table.languages[column].starts_with("Deutsch");
-    return german ? day + "." + m + "." + y : y + "-" + m + "-" + day;
+    return date_pic(seconds_date(seconds), german ? "dd.mm.yyyy" : "yyyy-mm-dd");
 }
 
 std::vector<std::string> glyphs_parse(std::string_view table, int level)

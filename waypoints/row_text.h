@@ -24,15 +24,13 @@ struct row_text {
     bool operator==(const row_text&) const = default;
 };
 
-/// Texts of a stored waypoint in a column. The variable column shows what `entry`, the order in
-/// force, is about; orders that have no column of their own leave it to the date. An index outside
-/// the store gives empty texts.
+/// Texts of a stored waypoint in a column. The variable column (list_variable.h) shows what
+/// `entry`, the order in force, is about; orders that have no column of their own leave it to the
+/// date. An index outside the store gives empty texts.
 row_text wp_row_text(int index, list_col column, sort_entry entry);
 
-/// Sort text of a waypoint for an order; empty for an order that cannot be made yet.
+/// Sort text of a waypoint for an order.
 std::string wp_sort_text(int index, sort_entry entry);
-/// True when the order can be made.
-bool sort_possible(sort_entry entry);
 
 /// Heading of a column.
 std::string list_heading(list_col column, sort_entry entry);

@@ -135,18 +135,9 @@ TEST_F(WaypList, SortsByTheDistanceToTheReference)
     add({.nam = "MID", .pos = {-40000000, 0}});
     sort_by(sort_entry::ref_distance);
     EXPECT_EQ(rows(), (lines{"NEAR", "MID", "FAR"}));
-    EXPECT_EQ(cell(1, list_col::variable), "40.00 km");
+    EXPECT_EQ(cell(1, list_col::variable), "40.00 km  000°  "_w);
     EXPECT_EQ(list().columns[4].heading, text(7265));
     EXPECT_TRUE(list().columns[4].right);
-}
-
-TEST_F(WaypList, AnOrderThatCannotBeMadeYetLeavesTheRows)
-{
-    add_names({"B", "A"});
-    sort_by(sort_entry::nearest_wp);
-    EXPECT_EQ(rows(), (lines{"B", "A"}));
-    EXPECT_EQ(list().sort_column, -1);
-    EXPECT_TRUE(user.messages.empty());
 }
 
 TEST_F(WaypList, TheChosenOrderIsStored)
@@ -214,8 +205,8 @@ TEST_F(WaypList, ALongSortShowsProgressAndGivesWayToAChangeOfTheRows)
     user.on_pump = [&] { shown.push_back(Form1.anz.caption); };
     sort_by(sort_entry::ref_distance);
     EXPECT_EQ(rows(), (lines{"A", "B"}));
-    EXPECT_EQ(shown, (lines{"0 %", "50 %"}));
-    EXPECT_NE(Form1.anz.caption, "50 %");
+    EXPECT_EQ(shown, (lines{text(7753, 0), text(7753, 50)}));
+    EXPECT_NE(Form1.anz.caption, text(7753, 50));
 
     user.on_pump = [&] { list().changed(); };
     sort_by(sort_entry::ref_distance);
@@ -233,6 +224,25 @@ TEST_F(WaypList, AnotherOrderChosenDuringALongSortIsTheOneThatComesOut)
     };
     sort_by(sort_entry::ref_distance);
     EXPECT_EQ(rows(), (lines{"A", "B", "C"}));
+}
+
+TEST_F(WaypList, EscapeBreaksALongSortOff)
+{
+    constexpr int key_escape = 0x01000000;
+    add_names({"B", "A"});
+    EXPECT_FALSE(Form1.Waypl2.key(key_escape, false, false)) << "no sort is under way";
+    int distance = 100;
+    hooks.distance = [&](const pos_rec&, const pos_rec&) {
+        user.time_s += 1;
+        return --distance;
+    };
+    user.on_pump = [&] { EXPECT_TRUE(Form1.Waypl2.key(key_escape, false, false)); };
+    sort_by(sort_entry::ref_distance);
+    EXPECT_EQ(rows(), (lines{"B", "A"}));
+    EXPECT_EQ(user.pumps, 1);
+    user.on_pump = {};
+    sort_apply();
+    EXPECT_EQ(rows(), (lines{"A", "B"}));
 }
 
 TEST_F(WaypList, AFailingSortIsReportedAndTheListKeepsWhatItHas)
@@ -492,6 +502,7 @@ TEST_F(WaypList, CommandsNeedRowsAndMarks)
     EXPECT_FALSE(Form1.mark_recover.enabled);
     mark(0);
     EXPECT_TRUE(Form1.B_lösch.enabled);
+    EXPECT_FALSE(Form1.neu_mitt.enabled) << "nobody serves it";
     EXPECT_TRUE(Form1.Edit_w[2].enabled);
     EXPECT_TRUE(Form1.sort_oben.enabled);
     EXPECT_FALSE(Form1.B_kop.enabled) << "nobody serves it";
