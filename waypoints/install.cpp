@@ -3,6 +3,7 @@
 #include "waypoints/clipboard.h"
 #include "waypoints/conflict.h"
 #include "waypoints/list.h"
+#include "waypoints/list_edit.h"
 #include "waypoints/native_jobs.h"
 
 namespace velkoro {
@@ -10,6 +11,7 @@ namespace velkoro {
 void waypoints_install()
 {
     wayp_list_install();
+    list_edit_install();
     clipboard_install();
     conflict_install();
     native_files_install();
