@@ -26,6 +26,11 @@ const wayp_rec zug{.nam = "ZUG",
 class Clipboard : public ListTest {
 protected:
     Clipboard() { clipboard_install(); }
+    ~Clipboard() override
+    {
+        for (control* c : {&Form1.B_kop, &Form1.B_aus, &Form1.B_einfüg, &Form1.B_test})
+            c->click = {};
+    }
     static std::string with_sum(const std::string& body)
     {
         return clip_compose(clip_waypoints_word, body);
@@ -102,7 +107,8 @@ TEST(ClipText, ChangedByHandFailsTheChecksum)
 TEST(ClipText, FirstLineMayEndInAnyWay)
 {
     for (const std::string end : {"\r\n", "\n", "\r"}) {
-        const auto clip = clip_parse("Velkoro waypoints\t392" + end + "AB");
+        const std::string content = "Velkoro waypoints\t392" + end + "AB";
+        const auto clip = clip_parse(content);
         ASSERT_TRUE(clip);
         EXPECT_EQ(clip->body, "AB");
         EXPECT_TRUE(clip->checksum_good);

@@ -10,6 +10,11 @@ namespace {
 class ListEdit : public ListTest {
 protected:
     ListEdit() { list_edit_install(); }
+    ~ListEdit() override
+    {
+        Form1.mark_g.click = Form1.neu_mitt.click = {};
+        Form1.Waypl2.label_edited = {};
+    }
     static const wayp_rec& stored(int index) { return store.wp[static_cast<std::size_t>(index)]; }
     static void type(int row, const std::string& name) { Form1.Waypl2.label_edited(row, name); }
 };
