@@ -4,8 +4,11 @@
 #include "core/platform.h"
 #include "core/text_tools.h"
 
+#include <array>
 #include <cmath>
+#include <memory_resource>
 #include <numbers>
+#include <string>
 
 namespace velkoro {
 namespace {
@@ -18,14 +21,13 @@ bool is_digit(char c)
     return c >= '0' && c <= '9';
 }
 
-/// Takes the first such letter out of the text.
-bool take_letter(std::string& text, char letter)
+/// Position of the first such letter, capital or small.
+std::size_t letter_at(std::string_view text, char capital)
 {
-    const std::size_t at = text.find(letter);
-    if (at == std::string::npos)
-        return false;
-    text.erase(at, 1);
-    return true;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if ((text[i] & ~0x20) == capital)
+            return i;
+    return std::string_view::npos;
 }
 
 /// Position of the character that ends the degrees, npos when there is none.
@@ -92,14 +94,23 @@ std::string angle_to_text(double degrees, char letter, int fmt)
 
 double text_to_angle(std::string_view text, std::string_view letters, bool* ok)
 {
-    std::string t = upper(trim(text.substr(0, text.find(map_tab))));
-    take_letter(t, letters[0]);
-    const bool minus = take_letter(t, letters[1]);
-    // Our own texts have a blank behind the letter.
-    if (!t.empty() && t.front() == ' ')
-        t.erase(0, 1);
-    if (minus)
-        t.insert(0, 1, '-');
+    text = trim(text.substr(0, text.find(map_tab)));
+    const std::size_t plus = letter_at(text, letters[0]), minus = letter_at(text, letters[1]);
+    // Long texts lie in this block too, so that reading a million lines allocates nothing.
+    std::array<char, 256> room;
+    std::pmr::monotonic_buffer_resource block(room.data(), room.size());
+    std::pmr::string t(&block);
+    t.reserve(text.size() + 1);
+    if (minus != std::string_view::npos)
+        t += '-';
+    bool first = true;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (i == plus || i == minus)
+            continue;
+        if (!first || text[i] != ' ') // our own texts have a blank behind the letter
+            t += text[i];
+        first = false;
+    }
     const std::size_t comma = t.find(',');
     if (comma != std::string::npos)
         t[comma] = '.';

@@ -55,14 +55,19 @@ void append_number(std::string& out, double value, int whole, int decimals)
     char text[360];
     char* const start = text + 1;
     char* const end = put_fixed(start, std::fabs(value), whole, decimals);
-    const bool zero = std::all_of(start, end, [](char c) { return c == '0' || c == '.'; });
-    text[0] = '-';
-    const char* const first = value < 0 && !zero ? text : start;
+    const char* first = start;
+    if (value < 0 && !std::all_of(start, end, [](char c) { return c == '0' || c == '.'; })) {
+        text[0] = '-';
+        first = text;
+    }
     out.append(first, static_cast<std::size_t>(end - first));
 }
 
+/// A datum row of senseless constants leads to no number and has no text.
 void append_metres(std::string& out, double metres, int digits_m, int digits_km)
 {
+    if (!std::isfinite(metres))
+        return;
     if (settings.km_grid)
         append_number(out, metres / 1000, digits_km, 3);
     else
@@ -128,6 +133,8 @@ bool utm_place(const geo_rec& geo, int fmt, zone_from from, const datum_rec& dat
     const bool fresh = from == zone_from::place || from == zone_from::choice;
     if (fresh)
         put_utm_zone(zone, coord.zone, lat);
+    if (!std::isfinite(e) || !std::isfinite(n))
+        return false;
     if (fmt == fmt_utm) {
         g.plane = {utm_south(zone) ? n + utm_false_northing : n, e + utm_false_easting};
         return true;
@@ -242,10 +249,13 @@ std::string_view east_digits(std::string_view east, int fmt, std::string& room)
         east = trim_left(east);
         return east.substr(east.empty() ? 0 : 1);
     }
-    if (fmt == fmt_utm && settings.utm_zero && !east.starts_with('0') && !east.starts_with('-')) {
-        room = '0';
-        room += east;
-        return room;
+    if (fmt == fmt_utm && settings.utm_zero) {
+        east = trim_left(east);
+        if (!east.starts_with('0') && !east.starts_with('-')) {
+            room = '0';
+            room += east;
+            return room;
+        }
     }
     return east;
 }
@@ -291,7 +301,8 @@ try {
     fmt = format_of(fmt);
     const datum_rec& datum = datum_at(-1);
     const geo_rec geo = wgs_to_datum(pos, datum);
-    if (fmt > fmt_seconds && std::abs(static_cast<std::int64_t>(pos.lat)) > grid_lat_limit) {
+    if ((fmt > fmt_seconds && std::abs(static_cast<std::int64_t>(pos.lat)) > grid_lat_limit) ||
+        !std::isfinite(geo.lat) || !std::isfinite(geo.lon)) {
         east.clear();
         north.clear();
         return;

@@ -91,7 +91,15 @@ TEST_F(AngleText, ReadsWhatPeopleWrite)
     }
     EXPECT_NEAR(angle("E 8 30", "EW"), 8.5, 1e-12);
     EXPECT_NEAR(angle("8 30 W", "EW"), -8.5, 1e-12);
-    EXPECT_EQ(user.beeps, 0);
+    // However long it is written.
+    EXPECT_NEAR(angle("South   " + std::string(300, ' ') + "48\xB0" + std::string(300, ' ') + "30"),
+                -0.5, 1e-12); // with "outh" in front the degrees are no number
+    EXPECT_FALSE(good);
+    EXPECT_NEAR(angle(std::string(300, ' ') + "48\xB0" + std::string(300, ' ') + "30'" +
+                      std::string(300, ' ') + "36\" S"),
+                -48.51, 1e-12);
+    EXPECT_TRUE(good);
+    EXPECT_EQ(user.beeps, 1);
 }
 
 TEST_F(AngleText, BeepsOutsideTheRangeAndReturnsTheValue)
@@ -193,6 +201,8 @@ TEST_F(CoordText, TheLeadingZeroOfUtmIsPutInOnRequest)
     EXPECT_EQ(read("32U", "0500000", "5500000", fmt_utm), want);
     EXPECT_EQ(read("32U", "500000", "5500000", fmt_utm), want);
     EXPECT_EQ(read("32U", "500.000", "5500000", fmt_utm), want);
+    EXPECT_EQ(read("32U", " 0500000", "5500000", fmt_utm), want);
+    EXPECT_EQ(read("32U", " 500000", "5500000", fmt_utm), want);
     settings.utm_zero = false;
     EXPECT_NE(read("32U", "500000", "5500000", fmt_utm), want);
 }
@@ -312,6 +322,19 @@ TEST_F(CoordText, WhatLeadsNowhereIsToldAndLeavesThePositionAlone)
     read("ZZ", "0", "0", fmt_british);
     EXPECT_FALSE(good);
     EXPECT_TRUE(user.messages.empty());
+}
+
+TEST_F(CoordText, ADatumOfSenselessConstantsHasNoTexts)
+{
+    for (const double da : {1e38, -1e38, wgs_a, wgs_a + 1}) {
+        datums.rows.push_back(datum_make("bad", da, 0.9, 1, 1, 1));
+        Form1.Datum.selected = static_cast<int>(datums.rows.size()) - 1;
+        for (int fmt = 0; fmt < static_cast<int>(Form1.posform.items.size()); ++fmt) {
+            line(at(51.5, 9.9), fmt);
+            for (const std::string& t : {zone, east, north})
+                EXPECT_EQ(t.find_first_of("nf"), std::string::npos) << fmt << " " << t;
+        }
+    }
 }
 
 TEST_F(CoordText, ChosenZonesHoldForTheFormatOfTheWindowOnly)

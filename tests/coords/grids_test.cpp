@@ -63,7 +63,11 @@ protected:
         use_datum(r.in[1]);
         pos_rec pos = at(val(r.in[2]), val(r.in[3]));
         constexpr double rad = 3.14159265358979323846 / 180;
-        if (r.in.size() > 4) { // given on the datum itself
+        coord.zone_choice = 0;
+        Form1.posform.selected = format_named(r.in[0]);
+        if (r.in.size() > 4 && r.in[4].starts_with("zone ")) { // a row of the drop-down
+            coord.zone_choice = static_cast<int>(val(r.in[4].substr(5)));
+        } else if (r.in.size() > 4) { // given on the datum itself
             ASSERT_TRUE(datum_to_wgs({val(r.in[2]) * rad, val(r.in[3]) * rad}, datum_at(-1), pos));
         }
         const int fmt = format_named(r.in[0]);
@@ -212,14 +216,29 @@ TEST_F(Grids, NewZealandGridReturns)
 {
     round_trip(fmt_nz, "Geodetic Datum 1949", -47.3, -34.3, 166.4, 178.6, 1);
 }
-TEST_F(Grids, UserGridsReturn)
+TEST_F(Grids, UserGridsReturnWhereTheirControlPointsLie)
 {
-    for (const auto& [name, lat, lon] :
-         {std::tuple{"(S) SWEREF99 TM", 62.0, 15.0}, std::tuple{"(NZ) NZTM2000", -41.0, 173.0},
-          std::tuple{"(A) BMN M31", 47.5, 13.3}}) {
-        const int fmt = format_named(name);
-        round_trip(fmt, datums.grid_datum[static_cast<std::size_t>(fmt)].c_str(), lat - 3, lat + 3,
-                   lon - 3, lon + 3, 1);
+    struct box {
+        double lat0 = 90, lat1 = -90, lon0 = 180, lon1 = -180;
+    };
+    std::map<std::string, box> boxes;
+    for (const tab_row& r : read_tab("user_grids.tab")) {
+        box& b = boxes[r.in[0]];
+        const double lat = val(r.in[2]), lon = val(r.in[3]);
+        b = {std::min(b.lat0, lat), std::max(b.lat1, lat), std::min(b.lon0, lon),
+             std::max(b.lon1, lon)};
+    }
+    for (std::size_t i = 0; i < datums.grids.size(); ++i) {
+        const std::string& name = datums.grid_names[i];
+        SCOPED_TRACE(name);
+        ASSERT_TRUE(boxes.contains(name));
+        const box& b = boxes[name];
+        const int fmt = fmt_user + static_cast<int>(i);
+        const double meridian = datums.grids[i].central_meridian;
+        // Beyond the usual width of a zone the series add to the rounding of the texts.
+        const bool wide = std::max(b.lon1 - meridian, meridian - b.lon0) > 3.5;
+        round_trip(fmt, datums.grid_datum[static_cast<std::size_t>(fmt)].c_str(), b.lat0, b.lat1,
+                   b.lon0, b.lon1, wide ? 1.3 : 1);
     }
 }
 
