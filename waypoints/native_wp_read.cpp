@@ -1,4 +1,5 @@
 // Waypoint files into the store.
+#include "coords/units.h"
 #include "core/form1.h"
 #include "core/hooks.h"
 #include "core/job.h"
@@ -42,8 +43,10 @@ void adopt_head(const wp_header& h, bool was_empty)
     // The format first: a grid brings a datum of its own, and the file's datum is to stand.
     choose(Form1.posform, h.posform ? index_of(Form1.posform, *h.posform) : h.posform_index);
     choose(Form1.Datum, h.datum ? index_of(Form1.Datum, *h.datum) : h.datum_index);
-    if (h.zone && !h.zone->empty())
+    if (h.zone && !h.zone->empty()) {
         settings.list_zone = *h.zone;
+        zone_menu_checks();
+    }
     if (h.scale > 0) // nothing can be drawn or measured at a scale of 0
         settings.scale = std::clamp(h.scale, least_scale, most_scale);
     const std::string title = joined_title(Form1.wayp_titel.text, h.title, was_empty);
