@@ -21,6 +21,7 @@ struct ShellTest : testing::Test {
     ShellTest()
     {
         home.put("Datum.ini", "");
+        home.put("SYMBOL_3.ini", ""); // the level of a first start
         platform.quit = [this] { ++quits; };
         shell_install();
         Form1.Wayp_Datei_lesen.click = [this] {
