@@ -38,7 +38,7 @@ bool is_file(const fs::path& path)
 bool follows_installation(const fs::path& name)
 {
     const std::string extension = lower(name.extension().string());
-    return extension == ".res" || extension == ".hlp" || extension == ".html";
+    return extension == ".res" || extension == ".html" || name == "index.txt";
 }
 
 std::set<std::string> names_in(const fs::path& folder)
