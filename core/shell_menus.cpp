@@ -1,7 +1,7 @@
 #include "core/shell_parts.h"
 
-#include "core/files.h"
 #include "core/form1.h"
+#include "core/help_pages.h"
 #include "core/hooks.h"
 #include "core/platform.h"
 #include "core/settings.h"
@@ -14,8 +14,6 @@
 
 namespace velkoro {
 namespace {
-
-constexpr const char* help_file = "velkoro.hlp";
 
 using entry_list = std::vector<std::unique_ptr<control>>;
 
@@ -122,7 +120,7 @@ try {
         platform.message(
             {.text = text(7320, VELKORO_VERSION), .icon = icon::information, .number = 7320});
     else
-        platform.help(n == 0 ? "" : "news");
+        platform.help(n == 0 ? "index" : "news");
 } catch (...) {
     trap("hilf");
 }
@@ -185,7 +183,7 @@ void shell_fill_texts()
         Form1.sort.items.push_back(text(sort_first_text + n));
     if (Form1.sort.selected < 0)
         Form1.sort.selected = 0;
-    const bool help = file_exists(program_path(help_file));
+    const bool help = !help_folder().empty();
     Form1.hilf[0].enabled = Form1.hilf[1].enabled = help;
 }
 

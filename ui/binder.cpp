@@ -6,6 +6,7 @@
 #include "ui/adapters.h"
 #include "ui/entry_buttons.h"
 #include "ui/form_loader.h"
+#include "ui/help_window.h"
 #include "ui/menus.h"
 #include "ui/qt_text.h"
 #include "ui/user_action.h"
@@ -134,6 +135,7 @@ void binder_flush()
     for (std::size_t i = 0; i < binder.windows.size(); ++i)
         if (binder.windows[i]->top)
             flush_window(*binder.windows[i]);
+    help_follow_language();
     binder.flushing = false;
 }
 

@@ -6,6 +6,7 @@
 #include "core/texts.h"
 #include "core/window.h"
 #include "ui/binder.h"
+#include "ui/help_window.h"
 #include "ui/icon_paint.h"
 #include "ui/instance_link.h"
 #include "ui/look.h"
@@ -16,7 +17,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCursor>
-#include <QDesktopServices>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileDialog>
@@ -27,7 +27,6 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTimer>
-#include <QUrl>
 
 #include <memory>
 #include <vector>
@@ -239,11 +238,6 @@ std::optional<std::vector<double>> usable_screen()
                                double(r.height())};
 }
 
-void show_help(const std::string&)
-{
-    QDesktopServices::openUrl(QUrl::fromLocalFile(path_q(program_path("velkoro.hlp"))));
-}
-
 void pop_up(control& c)
 {
     binder_flush();
@@ -311,7 +305,8 @@ void qt_platform_install(const std::string& link)
         link_listen(desktop.link,
                     [arrived](const std::string& s) { user_action([&] { arrived(s); }); });
     };
-    platform.help = show_help;
+    platform.help = help_show;
+    help_listen_for_key();
     platform.screen = usable_screen;
     platform.locale_language = [] {
         return QLocale::system().name().left(2).toLower().toStdString();
@@ -330,6 +325,7 @@ bool quit_asked()
 void qt_platform_remove()
 {
     link_close();
+    help_close(); // it may be the child of a window
     binder_clear();
     platform = {};
 }

@@ -364,19 +364,20 @@ TEST_F(Shell, DeletingAProfileTakesItOutOfTheMenu)
     EXPECT_FALSE(Form1.prof_lösch.enabled);
 }
 
-TEST_F(Shell, HelpNeedsItsFile)
+TEST_F(Shell, HelpNeedsItsPages)
 {
     EXPECT_FALSE(Form1.hilf[0].enabled);
     EXPECT_FALSE(Form1.hilf[1].enabled);
     EXPECT_TRUE(Form1.hilf[2].enabled);
-    home.put("velkoro.hlp", "help");
+    std::filesystem::create_directories(home.path / "help/en");
+    home.put("help/en/index.txt", "index.html\tWelcome\t1\n");
     language_select(0);
     EXPECT_TRUE(Form1.hilf[0].enabled);
     std::vector<std::string> topics;
     platform.help = [&](const std::string& t) { topics.push_back(t); };
     Form1.hilf[0].click();
     Form1.hilf[1].click();
-    EXPECT_EQ(topics, (lines{"", "news"}));
+    EXPECT_EQ(topics, (lines{"index", "news"}));
 }
 
 TEST_F(Shell, TheAboutBoxNamesTheVersion)
