@@ -313,7 +313,8 @@ void qt_platform_install(const std::string& link)
     };
     platform.quit = [] {
         desktop.quit = true;
-        QCoreApplication::quit();
+        // quit() would first close every window, and the main window ask its questions again.
+        QCoreApplication::exit();
     };
 }
 
