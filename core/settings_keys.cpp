@@ -32,6 +32,7 @@ constexpr setting_key keys[] = {
     {"map_options",  main, text,        nullptr, "\"yes\": the profile has the map keys"},
     {"maps_show",    main, integer,     "0", "which maps are shown"},
     {"user_form",    main, text,        "none", "last user file format"},
+    {"Theme",        main, text,        nullptr, "colours of the windows: light or dark, else the desktop's"},
     {"Com1",         main, text,        nullptr, "device of port 1"},
     {"Com2",         main, text,        nullptr, "device of port 2"},
     {"Com3",         main, text,        nullptr, "device of port 3"},

@@ -243,6 +243,7 @@ void shell_show_state()
     const bool dirty = store.wp_dirty || store.trk_dirty;
     Form1.form.modified = dirty;
     const std::string& path = settings.wp_file.empty() ? settings.trk_file : settings.wp_file;
+    Form1.form.text = shown_path(path_name(path)); // the title names it
     Form1.filnam.caption = shown_path(home_as_tilde(path)) + (dirty ? " *" : "");
     Form1.profil_anz.caption = text(7650, settings.profile);
 }

@@ -34,7 +34,7 @@ inline constexpr std::uint32_t own_colour = 0xFFFFFFFF; ///< the colour that the
 /// What the user sees of a control; plain values.
 struct look {
     std::string caption{}; ///< with "&" before the access letter
-    std::string text{};    ///< content of a text field
+    std::string text{};    ///< content of a text field; of a window: stands ahead of its caption
     std::string tooltip{};
     std::string tag{};                 ///< "n" or "n m": text numbers of caption and tool tip
     std::vector<std::string> items{};  ///< entries of a drop-down

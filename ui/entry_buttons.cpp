@@ -1,5 +1,6 @@
 #include "ui/entry_buttons.h"
 
+#include "core/ini_file.h"
 #include "ui/icon_paint.h"
 #include "ui/list_view.h"
 #include "ui/look.h"
@@ -126,9 +127,16 @@ void bind_toggles(bound_window& w)
         QWidget* target = name.isEmpty() ? nullptr : w.top->findChild<QWidget*>(name);
         if (!target)
             continue;
+        const std::string key =
+            std::string("open_") + w.record->name + "_" + name.toUtf8().toStdString();
+        if (const std::string last = ini_get("Main", key); !last.empty())
+            target->setVisible(last != "0");
         toggle->setCheckable(true);
         toggle->setChecked(!target->isHidden());
-        QObject::connect(toggle, &QAbstractButton::toggled, target, &QWidget::setVisible);
+        QObject::connect(toggle, &QAbstractButton::toggled, target, [target, key](bool open) {
+            target->setVisible(open);
+            ini_put("Main", key, open ? "1" : "0");
+        });
     }
 }
 

@@ -245,6 +245,18 @@ bool nearly_done(const bound_window& w)
     });
 }
 
+/// The toolkit puts its mark of unsaved data where "[*]" stands, and reads a doubled one as a name.
+QString title_of(const window& r)
+{
+    const QString mark = QStringLiteral("[*]");
+    const QString caption = plain_q(r.caption);
+    if (r.text.empty())
+        return caption + mark;
+    QString name = to_q(r.text);
+    name.replace(mark, mark + mark);
+    return name + mark + QStringLiteral(" - ") + caption;
+}
+
 } // namespace
 
 void watch_frame(bound_window& w)
@@ -259,8 +271,8 @@ void push_frame(bound_window& w)
 {
     const window& r = *w.record;
     QWidget& top = *w.top;
-    if (w.fresh || r.caption != w.shown.caption)
-        top.setWindowTitle(plain_q(r.caption) + QStringLiteral("[*]"));
+    if (const QString title = title_of(r); top.windowTitle() != title)
+        top.setWindowTitle(title);
     if (w.fresh || r.enabled != w.shown.enabled)
         top.setEnabled(r.enabled);
     top.setWindowModified(r.modified);
