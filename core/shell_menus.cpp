@@ -148,6 +148,7 @@ void language_select(int language)
     language_menu();
     translate_all();
     profile_menu();
+    shell_show_state();
     hooks.language_changed();
 }
 

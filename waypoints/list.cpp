@@ -425,7 +425,10 @@ void wayp_list_install()
         else // an order made by hand stays
             show_headings();
     };
-    hooks.language_changed = [] { show_headings(); };
+    hooks.language_changed = [] {
+        show_headings();
+        mark_count(); // its words stand in the status line
+    };
 
     control& w = Form1.Waypl2;
     w.row_click = [](int row) {
