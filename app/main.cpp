@@ -26,10 +26,12 @@ namespace {
 struct options {
     std::string home{}, language{}, picture{}, file{};
     bool help = false, version = false;
+    bool once = false;   ///< ends when the main window has been painted, for measuring the start
     std::string wrong{}; ///< the argument that is not understood
 };
 
-constexpr const char* usage = "usage: velkoro [--home DIR] [--lang N] [--picture FILE] [PATH]\n";
+constexpr const char* usage =
+    "usage: velkoro [--home DIR] [--lang N] [--picture FILE] [--once] [PATH]\n";
 
 /// Qt has taken its own options away by now. `--name value` and `--name=value` are the same.
 options read_options(const std::vector<std::string>& arguments)
@@ -52,6 +54,8 @@ options read_options(const std::vector<std::string>& arguments)
             value = &o.language;
         else if (name == "--picture")
             value = &o.picture;
+        else if (name == "--once")
+            o.once = true;
         else if (name == "--help" || name == "-h")
             o.help = true;
         else if (name == "--version")
@@ -131,8 +135,8 @@ int main(int argc, char** argv)
     if (!o.language.empty())
         settings.overrides[{"main", "lang3"}] = o.language;
     const std::string picture = absolute(o.picture);
-    if (!picture.empty()) {
-        // A picture is a job without a user: it neither asks nor meets a running instance.
+    if (!picture.empty() || o.once) {
+        // These are jobs without a user: they neither ask nor meet a running instance.
         platform.instance_running = [] { return false; };
         platform.instance_listen = [](const auto&) {};
         platform.screen = [] { return std::nullopt; };
@@ -146,7 +150,9 @@ int main(int argc, char** argv)
     const bool stays = shell_start(command_line_of(o.file));
     binder_flush(); // the start-up ran outside every handler
     if (stays && !quit_asked()) {
-        if (picture.empty())
+        if (o.once)
+            paint_main_window();
+        else if (picture.empty())
             result = QApplication::exec();
         else if (!save_main_picture(picture)) {
             std::fprintf(stderr, "velkoro: %s cannot be written\n", picture.c_str());

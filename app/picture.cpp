@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QPixmap>
 #include <QWidget>
+#include <QWindow>
 
 namespace velkoro {
 namespace {
@@ -28,6 +29,17 @@ bool save_main_picture(const std::string& path)
     binder_flush();
     QCoreApplication::processEvents(); // labels that have grown get their room
     return top->grab().save(QFile::decodeName(QByteArray::fromStdString(path)), "PNG");
+}
+
+void paint_main_window()
+{
+    QWidget* top = widget_of(Form1.form);
+    const QWindow* on_screen = top ? top->windowHandle() : nullptr;
+    if (!on_screen)
+        return;
+    while (!on_screen->isExposed())
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    top->repaint();
 }
 
 } // namespace velkoro
