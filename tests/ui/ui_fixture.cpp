@@ -36,6 +36,7 @@ void reset_window(window& w)
 {
     static_cast<look&>(w) = w.design;
     w.shown = w.modal = w.modified = w.maximised = w.keeps_state = false;
+    w.translated = nullptr;
     w.left = w.top = w.width = w.height = -1;
     w.focus = nullptr;
     w.load = w.activate = w.closed = nullptr;
