@@ -148,18 +148,8 @@ void record_final_key(const std::string& incoming_key, const wayp_rec& rec)
 
 int append(const wayp_rec& rec, bool mark)
 {
-    if (store.wp_top + 1 >= wp_limit)
-        throw std::overflow_error("Overflow");
-    const int index = store.wp_top + 1;
-    store.wp.resize(static_cast<std::size_t>(index)); // a record begun and given up may stand there
-    store.wp.push_back(rec);
-    store.wp_top = static_cast<std::int16_t>(index);
-    index_put(index);
-    store.wp_dirty = true;
+    const int index = wp_append(rec, mark);
     ++batch.added;
-    if (rec.nam == store.refp_name)
-        store.refp_pos = rec.pos;
-    hooks.row_added(index, mark);
     return index;
 }
 
@@ -337,6 +327,22 @@ std::string close_batch(int mode)
 }
 
 } // namespace
+
+int wp_append(const wayp_rec& rec, bool mark)
+{
+    if (store.wp_top + 1 >= wp_limit)
+        throw std::overflow_error("Overflow");
+    const int index = store.wp_top + 1;
+    store.wp.resize(static_cast<std::size_t>(index)); // a record begun and given up may stand there
+    store.wp.push_back(rec);
+    store.wp_top = static_cast<std::int16_t>(index);
+    index_put(index);
+    store.wp_dirty = true;
+    if (rec.nam == store.refp_name)
+        store.refp_pos = rec.pos;
+    hooks.row_added(index, mark);
+    return index;
+}
 
 std::string_view batch_key(const std::string& incoming)
 {

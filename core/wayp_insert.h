@@ -7,6 +7,8 @@
 /// and clears the memory.
 #pragma once
 
+#include "core/store.h"
+
 #include <array>
 #include <map>
 #include <set>
@@ -42,6 +44,11 @@ struct insert_batch {
     std::vector<std::string> elsewhere{}; ///< names of kept-out records with another position
 };
 inline insert_batch batch;
+
+/// Appends a waypoint whose name and comment give a new key, without a batch, and makes its row,
+/// marked when asked. Under the reference's name its position becomes refp_pos. Returns its index;
+/// throws std::overflow_error when the store is full.
+int wp_append(const wayp_rec& rec, bool mark = false);
 
 /// The key under which the store holds the incoming key; the key itself when nothing changed.
 std::string_view batch_key(const std::string& incoming);

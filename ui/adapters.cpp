@@ -193,8 +193,15 @@ void push_text(bound_control& b)
 {
     const QString q = to_q(b.record->text);
     if (auto* line = qobject_cast<QLineEdit*>(b.widget)) {
-        if (line->text() != q)
-            line->setText(q); // else the cursor would jump
+        if (line->text() == q)
+            return;
+        // A handler that changes what is being typed must not move the cursor; at the end it stays
+        // at the end.
+        const bool at_end = line->cursorPosition() == line->text().size();
+        const int cursor = line->cursorPosition();
+        line->setText(q);
+        if (!at_end)
+            line->setCursorPosition(cursor);
     } else if (auto* page = qobject_cast<QPlainTextEdit*>(b.widget)) {
         if (page->toPlainText() != q)
             page->setPlainText(q);

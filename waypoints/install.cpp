@@ -2,6 +2,7 @@
 
 #include "waypoints/clipboard.h"
 #include "waypoints/conflict.h"
+#include "waypoints/editor.h"
 #include "waypoints/list.h"
 #include "waypoints/list_edit.h"
 #include "waypoints/native_jobs.h"
@@ -15,6 +16,7 @@ void waypoints_install()
     clipboard_install();
     conflict_install();
     native_files_install();
+    editor_install();
 }
 
 } // namespace velkoro
