@@ -30,6 +30,25 @@ std::size_t letter_at(std::string_view text, char capital)
     return std::string_view::npos;
 }
 
+/// The text without its hemisphere letters: the sign in front, the first comma a point.
+void put_together(std::string_view text, std::size_t plus, std::size_t minus, std::pmr::string& t)
+{
+    t.reserve(text.size() + 1);
+    if (minus != std::string_view::npos)
+        t += '-';
+    bool first = true;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (i == plus || i == minus)
+            continue;
+        if (!first || text[i] != ' ') // our own texts have a blank behind the letter
+            t += text[i];
+        first = false;
+    }
+    const std::size_t comma = t.find(',');
+    if (comma != std::string::npos)
+        t[comma] = '.';
+}
+
 /// Position of the character that ends the degrees, npos when there is none.
 std::size_t end_of_degrees(std::string_view text)
 {
@@ -96,26 +115,17 @@ double text_to_angle(std::string_view text, std::string_view letters, bool* ok)
 {
     text = trim(text.substr(0, text.find(map_tab)));
     const std::size_t plus = letter_at(text, letters[0]), minus = letter_at(text, letters[1]);
-    // Long texts lie in this block too, so that reading a million lines allocates nothing.
+    // Plain numbers are read where they stand; others, however long, are put together in this
+    // block, so that reading a million lines allocates nothing.
     std::array<char, 256> room;
     std::pmr::monotonic_buffer_resource block(room.data(), room.size());
     std::pmr::string t(&block);
-    t.reserve(text.size() + 1);
-    if (minus != std::string_view::npos)
-        t += '-';
-    bool first = true;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (i == plus || i == minus)
-            continue;
-        if (!first || text[i] != ' ') // our own texts have a blank behind the letter
-            t += text[i];
-        first = false;
+    std::string_view v = text;
+    if (plus != std::string_view::npos || minus != std::string_view::npos ||
+        text.find(',') != std::string_view::npos) {
+        put_together(text, plus, minus, t);
+        v = t;
     }
-    const std::size_t comma = t.find(',');
-    if (comma != std::string::npos)
-        t[comma] = '.';
-
-    const std::string_view v = t;
     bool good = true;
     double value = 0;
     const std::size_t at = end_of_degrees(v);
