@@ -17,7 +17,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -31,9 +33,28 @@ constexpr std::size_t out_block = 1 << 16;
 /// One line in (Windows-1252, without its end), its answer appended to `out` without an end.
 using line_job = std::function<void(std::string_view line, std::string& out)>;
 
+/// True when UTF-8 and Windows-1252 are the same bytes; eight of them at a time.
+bool is_plain(std::string_view text)
+{
+    std::uint64_t all = 0;
+    std::size_t i = 0;
+    for (; i + sizeof all <= text.size(); i += sizeof all) {
+        std::uint64_t block = 0;
+        std::memcpy(&block, text.data() + i, sizeof block);
+        all |= block;
+    }
+    for (; i < text.size(); ++i)
+        all |= static_cast<unsigned char>(text[i]);
+    return (all & 0x8080808080808080U) == 0;
+}
+
 /// Behind `out` as UTF-8; almost all characters are plain.
 void append_utf8(std::string& out, std::string_view text)
 {
+    if (is_plain(text)) {
+        out += text;
+        return;
+    }
     for (const char& c : text)
         if (static_cast<unsigned char>(c) < 0x80)
             out += c;
@@ -49,9 +70,8 @@ struct line_output {
     {
         if (line.ends_with('\r'))
             line.remove_suffix(1);
-        const bool plain = std::ranges::all_of(line, [](char c) { return (c & 0x80) == 0; });
         std::string converted;
-        if (!plain)
+        if (!is_plain(line))
             line = converted = from_utf8(line);
         if (cli.json) {
             std::string answer;

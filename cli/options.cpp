@@ -171,6 +171,8 @@ void cli_prepare(const cli_options& options)
         Form1.Datum.items = {"WGS 84"};
         Form1.Datum.selected = 0;
     }
+    // The heads of files choose format and datum as a user would; the desktop's own choice stays.
+    override_setting("Main", "Opt", ini_get("Main", "Opt"));
     // What is missing there (a table) fails the commands that need it, not the others.
     cli.failed = false;
 }

@@ -175,6 +175,19 @@ TEST(CliConvert, AFileMayBeConvertedOntoItself)
     EXPECT_EQ(read_text(out), wp_head("A") + one + two);
 }
 
+TEST(CliConvert, TheHeadsOfFilesLeaveTheSettingsAlone)
+{
+    const std::string a = put_file("a.wp", wp_head("A") + one); // of format UTM
+    const std::string ini = test_home() + "velkoro.ini";
+    EXPECT_EQ(convert({a, test_folder() + "out.wp", "--format", "5"}).code, 0);
+    EXPECT_FALSE(std::filesystem::exists(ini));
+    const std::string settings = "[Main]\r\nOpt=0 2 7\r\n";
+    write_text(ini, settings);
+    EXPECT_EQ(convert({a, test_folder() + "out.wp", "--format", "5"}).code, 0);
+    EXPECT_EQ(read_text(ini), settings);
+    EXPECT_EQ(dump(test_folder() + "out.wp")["datum"], "Potsdam");
+}
+
 TEST(CliConvert, TitleFormatAndDatumGoIntoTheHead)
 {
     const std::string a = put_file("a.wp", wp_head("A") + one);
@@ -188,6 +201,10 @@ TEST(CliConvert, TitleFormatAndDatumGoIntoTheHead)
     EXPECT_EQ(d["datum"], "WGS 84");
     EXPECT_EQ(convert({a, out, "--format", "4"}).code, 0);
     EXPECT_EQ(dump(out)["posform"], "MGRS");
+
+    // A format brings its usual datum along, as in the window.
+    EXPECT_EQ(convert({a, out, "--format", "(F) Lambert"}).code, 0);
+    EXPECT_EQ(dump(out)["datum"], "NTF (France)");
 
     const cli_result no_datum = convert({a, out, "--datum", "Atlantis"});
     EXPECT_EQ(no_datum.code, 1);
