@@ -23,7 +23,8 @@ struct conflict_question {
     int old_index = -1;
     wayp_rec* incoming = nullptr; ///< name and comment may be changed when both are kept
     bool by_position = false;
-    bool silent = false;   ///< asked by the editor
+    bool silent = false;   ///< asked by the editor: the new one cannot replace the old one
+    int skip_index = -1;   ///< stored waypoint that a new name may equal, -1 none
     bool remember = false; ///< set by the answer: the batch asks no more for this kind
 };
 

@@ -110,6 +110,24 @@ std::string name_clean(std::string_view name, int mode)
     return out;
 }
 
+std::string name_typed(std::string_view text)
+{
+    std::string out(text);
+    for (char& c : out)
+        c = clean_character(c, 0);
+    return out;
+}
+
+bool name_cut(std::string& name, std::string& comment)
+{
+    if (store.wp_name_max <= 0 || static_cast<int>(name.size()) <= store.wp_name_max)
+        return false;
+    const auto limit = static_cast<std::size_t>(store.wp_name_max);
+    comment.insert(key_prefix(comment).size(), name.substr(limit) + "<");
+    name = trim_right(std::string_view(name).substr(0, limit));
+    return true;
+}
+
 void name_unique(std::string& name, std::string_view comment, int skip_index)
 {
     const auto taken = [&](const std::string& candidate) {

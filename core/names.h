@@ -23,6 +23,16 @@ std::string wp_key(int index);
 /// is store.wp_ext_chars.
 std::string name_clean(std::string_view name, int mode);
 
+/// What a name field holds while it is typed into: every character as name_clean has it in names.
+/// None is added or dropped, so that the cursor keeps its place; blanks at the ends stay until the
+/// name is taken.
+std::string name_typed(std::string_view text);
+
+/// Moves what a name holds past store.wp_name_max to the front of the comment, with a "<" behind
+/// it, but behind the part of the comment that belongs to the key. False when the name is short
+/// enough.
+bool name_cut(std::string& name, std::string& comment);
+
 /// Rewrites the name until wp_find_key no longer finds it in the whole store, leaving out
 /// skip_index (-1 none): a number at its end is counted up, or a 1 is put there; a name too long
 /// for wp_name_max loses characters ahead of the number. A name that is nothing but digits is the

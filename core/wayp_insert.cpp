@@ -32,15 +32,6 @@ bool name_too_long(const wayp_rec& rec)
     return store.wp_name_max > 0 && static_cast<int>(rec.nam.size()) > store.wp_name_max;
 }
 
-/// Moves what the name holds past the limit to the front of the comment, behind the part that
-/// belongs to the key.
-void cut_name(wayp_rec& rec)
-{
-    const auto limit = static_cast<std::size_t>(store.wp_name_max);
-    rec.kom.insert(key_prefix(rec.kom).size(), rec.nam.substr(limit) + "<");
-    rec.nam = trim_right(std::string_view(rec.nam).substr(0, limit));
-}
-
 /// The name with no character that a name may not hold; never empty, as a record without a name
 /// could not be told from one that is being deleted.
 std::string usable_name(const std::string& nam)
@@ -61,7 +52,7 @@ void normalise(wayp_rec& rec)
             if (platform.message(question) != answer::yes)
                 cancel_batch();
         }
-        cut_name(rec);
+        name_cut(rec.nam, rec.kom);
     }
     std::string clean = usable_name(rec.nam);
     if (clean == rec.nam)
@@ -226,8 +217,7 @@ int keep_both(wayp_rec& rec, bool mark)
 {
     // The name may be the user's.
     rec.nam = trim(rec.nam);
-    if (name_too_long(rec))
-        cut_name(rec);
+    name_cut(rec.nam, rec.kom);
     rec.nam = usable_name(rec.nam);
     name_unique(rec.nam, rec.kom, -1);
     const int index = append(rec, mark);

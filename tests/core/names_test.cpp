@@ -10,6 +10,8 @@ namespace {
 class Names : public Store {};
 class NameClean : public Store {};
 class NameUnique : public Store {};
+class NameTyped : public Store {};
+class NameCut : public Store {};
 
 } // namespace
 
@@ -198,4 +200,40 @@ TEST_F(NameUnique, ANumberThatBecameFreeIsFoundAgain)
     name = "A";
     name_unique(name, "", -1);
     EXPECT_EQ(name, "A1");
+}
+
+// Fields and limits
+// ---------------------------------------------------------------------------------------------------------------
+
+TEST_F(NameTyped, IsCleanedCharacterByCharacter)
+{
+    EXPECT_EQ(name_typed("hütte"_w), "HUTTE");
+    EXPECT_EQ(name_typed(" a.b "), "-A-B-");
+    EXPECT_EQ(name_typed(""), "");
+}
+
+TEST_F(NameTyped, KeepsBlanksAtTheEndsWithTheExtendedSet)
+{
+    store.wp_ext_chars = true;
+    EXPECT_EQ(name_typed(" a b "), " A B ");
+}
+
+TEST_F(NameCut, PutsTheTailInFrontOfTheCommentBehindItsPartOfTheKey)
+{
+    std::string nam = "ABCDEFG", kom = "hut";
+    EXPECT_TRUE(name_cut(nam, kom));
+    EXPECT_EQ(nam, "ABCDEF");
+    EXPECT_EQ(kom, "G<hut");
+    nam = "ABCDEFGH";
+    kom = "@123hut";
+    EXPECT_TRUE(name_cut(nam, kom));
+    EXPECT_EQ(kom, "@123GH<hut");
+}
+
+TEST_F(NameCut, LeavesAShortNameAlone)
+{
+    std::string nam = "ABCDEF", kom = "hut";
+    EXPECT_FALSE(name_cut(nam, kom));
+    EXPECT_EQ(nam, "ABCDEF");
+    EXPECT_EQ(kom, "hut");
 }
