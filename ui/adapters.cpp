@@ -208,6 +208,15 @@ void push_text(bound_control& b)
     }
 }
 
+/// The label of a field stands back with it. Labels that are controls follow their own records.
+void push_enabled(QWidget& w, bool enabled)
+{
+    w.setEnabled(enabled);
+    for (QLabel* l : w.window()->findChildren<QLabel*>())
+        if (l->buddy() == &w && l->objectName().startsWith(QLatin1String("deko_")))
+            l->setEnabled(enabled);
+}
+
 void push_timer(bound_control& b)
 {
     const look& now = *b.record;
@@ -320,7 +329,7 @@ void push_control(bound_control& b)
         if (!all || now.back != own_colour)
             push_ground(w, now.back);
     if (all || now.enabled != before.enabled)
-        w.setEnabled(now.enabled);
+        push_enabled(w, now.enabled);
     if (all || now.visible != before.visible)
         w.setVisible(now.visible);
 }

@@ -94,7 +94,8 @@ void dress_form(QWidget& top)
 {
     QList<QWidget*> all = top.findChildren<QWidget*>();
     for (QWidget* w : all) {
-        if (const QString role = w->property("role").toString(); !role.isEmpty())
+        for (const QString& role :
+             w->property("role").toString().split(QLatin1Char(' '), Qt::SkipEmptyParts))
             apply_role(*w, role);
         if (const QString icon = w->property("icon_name").toString(); !icon.isEmpty()) {
             if (auto* b = qobject_cast<QAbstractButton*>(w)) {

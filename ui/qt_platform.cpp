@@ -80,11 +80,13 @@ private:
     bool shown_;
 };
 
-/// A job's window that still waits for its delay would lie in front of the question.
-void before_question()
+/// A job's window that still waits for its delay would lie in front of the question, and hold its
+/// input back.
+void before_question(const window* asking = nullptr)
 {
     for (window* w : all_windows())
-        binder_show_now(*w);
+        if (w != asking)
+            binder_show_now(*w);
     binder_flush();
 }
 
@@ -206,6 +208,7 @@ void wait_closed(window& w)
         w.shown = false; // nobody could close what cannot be seen
         return;
     }
+    const plain_cursor cursor;
     while (w.shown && !desktop.quit) {
         binder_flush();
         if (!w.shown)
@@ -225,6 +228,8 @@ void show_window(window& w)
                        : wish == "light" ? theme::light
                                          : theme::desktop);
     }
+    if (w.shown && w.modal)
+        before_question(&w);
     binder_show(w);
 }
 

@@ -6,6 +6,7 @@
 #include "waypoints/list.h"
 #include "waypoints/list_edit.h"
 #include "waypoints/native_jobs.h"
+#include "waypoints/such.h"
 
 namespace velkoro {
 
@@ -15,6 +16,7 @@ void waypoints_install()
     list_edit_install();
     clipboard_install();
     conflict_install();
+    such_install();
     native_files_install();
     editor_install();
 }

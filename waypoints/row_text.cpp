@@ -125,6 +125,20 @@ row_text wp_row_text(int index, list_col column, sort_entry entry)
     return t;
 }
 
+std::string wp_shown_text(const wayp_rec& w, list_col column)
+{
+    switch (column) {
+    case list_col::name: return w.nam;
+    case list_col::comment: return w.kom;
+    case list_col::altitude: return altitude_text(w);
+    case list_col::symbol: return symbol_text(w);
+    case list_col::variable: return wp_date_text(w.dat);
+    case list_col::proximity: return proximity_text(w);
+    case list_col::position: return hooks.position_text(w.pos);
+    }
+    return {};
+}
+
 std::string wp_sort_text(int index, sort_entry entry)
 {
     const wayp_rec* w = record(index);

@@ -29,6 +29,9 @@ struct row_text {
 /// date. An index outside the store gives empty texts.
 row_text wp_row_text(int index, list_col column, sort_entry entry);
 
+/// What a column shows of a record that need not be stored. The variable column shows the date.
+std::string wp_shown_text(const wayp_rec& w, list_col column);
+
 /// Sort text of a waypoint for an order.
 std::string wp_sort_text(int index, sort_entry entry);
 

@@ -7,6 +7,8 @@
 #include "core/texts.h"
 #include "tests/ui/ui_fixture.h"
 #include "ui/look.h"
+#include "waypoints/conflict.h"
+#include "waypoints/such.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -80,6 +82,26 @@ TEST_P(Pictures, OfEveryWindow)
     sellang.sprachen.rows.current = 1;
     sellang.sprachen.rows.changed();
     take(sellang.form, "sellang");
+    such.stext.text = "hütte"_w;
+    such.nam[0].checked = such.Anf[0].checked = false;
+    such.nam[1].checked = such.Anf[1].checked = true;
+    take(such.form, "such");
+    einfüg_q.entf.caption = "0.42 km";
+    einfüg_q.beschr_a.caption = "1310 m / Prox 0.5   Restaurant  2025-06-14: N47°52.974' "
+                                "E008°01.446'\n/ Baldenweger Hütte"_w;
+    einfüg_q.beschr_n.caption = "1321 m / Prox -.-   Haus        2025-09-02: N47°53.112' "
+                                "E008°01.180'\n/ BALDENWEG HUETTE"_w;
+    einfüg_q.neunam.text = "BALDH1";
+    einfüg_q.kom.text = "BALDENWEG HUETTE";
+    einfüg_q.wp_sel[sel_both].checked = true;
+    take(einfüg_q.form, "einfüg_q");
+    for (window* w : {&such.form, &einfüg_q.form}) {
+        for (control* c : w->controls)
+            static_cast<look&>(*c) = c->design;
+        w->shown = false;
+        platform.show(*w);
+    }
+    einfüg_q.form.keeps_state = false;
     for (window* w : {&op.form, &op2.form, &sellang.form}) {
         w->shown = w->keeps_state = false;
         platform.show(*w);

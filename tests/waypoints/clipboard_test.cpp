@@ -303,15 +303,20 @@ TEST_F(Clipboard, TextsOfOthersAreIgnoredWithABeep)
 
 TEST_F(Clipboard, TheSameNameTwiceInOneTextIsAConflict)
 {
+    int asked = 0;
+    hooks.conflict_ask = [&](conflict_question&) {
+        ++asked;
+        return conflict_answer::take_new;
+    };
     paste(with_sum("A\tone\t1048576\t0\nA\ttwo\t2097152\t0\n"));
-    EXPECT_EQ(user.count(2032), 1);
+    EXPECT_EQ(asked, 1);
     EXPECT_EQ(store.wp_top, 0);
     EXPECT_EQ(stored(0).kom, "two");
 }
 
 TEST_F(Clipboard, EndingAtAConflictKeepsWhatCameIn)
 {
-    user.answers = {answer::cancel};
+    hooks.conflict_ask = [](conflict_question&) { return conflict_answer::cancel_batch; };
     paste(with_sum("B\t\t4194304\t0\nA\tone\t1048576\t0\nA\ttwo\t2097152\t0\nC\t\t8388608\t0\n"));
     EXPECT_EQ(rows(), (lines{"*A", "*B"}));
     EXPECT_FALSE(batch.open) << "the batch is closed all the same";

@@ -157,8 +157,9 @@ TEST_F(Program, WhatIsNotInstalledStaysDisabled)
     ASSERT_TRUE(shell_start("sample.wp"));
     Form1.B_alle.click();
     tick(1);
-    for (const control* c : {&Form1.gar_off, &Form1.druck, &Form1.suchen, &Form1.Routen_akt,
-                             &Form1.zeich_akt, &Form1.R_W_einfüg})
+    for (const control* c : {&Form1.gar_off, &Form1.druck, &Form1.Routen_akt, &Form1.zeich_akt,
+                             &Form1.R_W_einfüg})
         EXPECT_FALSE(c->enabled) << c->name;
     EXPECT_TRUE(Form1.B_lösch.enabled);
+    EXPECT_TRUE(Form1.suchen.enabled);
 }

@@ -601,21 +601,3 @@ TEST_F(WaypList, ALongListOffersItsMarkedWaypointsAsReference)
     tick(0.2);
     EXPECT_EQ(Form1.refp.items.size(), 1U);
 }
-
-// Conflicts
-// ----------------------------------------------------------------------------------------------
-
-TEST_F(WaypList, AConflictIsDecidedInABox)
-{
-    hooks.distance = [](const pos_rec&, const pos_rec&) { return 1.5; };
-    add({.nam = "A", .kom = "old", .pos = {1 << 20, 0}});
-    wayp_rec incoming{.nam = "A", .kom = "new", .pos = {2 << 20, 0}};
-    conflict_question q{.old_index = 0, .incoming = &incoming};
-    user.answers = {answer::yes, answer::no, answer::cancel};
-    EXPECT_EQ(hooks.conflict_ask(q), conflict_answer::take_new);
-    EXPECT_EQ(hooks.conflict_ask(q), conflict_answer::keep_old);
-    EXPECT_EQ(hooks.conflict_ask(q), conflict_answer::cancel_batch);
-    EXPECT_EQ(user.numbers(), (std::vector<int>{2032, 2032, 2032}));
-    EXPECT_EQ(user.messages[0].buttons, buttons::yes_no_cancel);
-    EXPECT_NE(user.messages[0].text.find("1.50 km"), std::string::npos);
-}
