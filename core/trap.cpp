@@ -1,5 +1,6 @@
 #include "core/trap.h"
 
+#include "core/code_page.h"
 #include "core/log.h"
 #include "core/platform.h"
 
@@ -20,7 +21,7 @@ try {
 
 void trap(const char* name) noexcept
 try {
-    const std::string line = current_exception_text() + " in " + name;
+    const std::string line = current_exception_text() + " in " + from_utf8(name);
     log_line(line);
     platform.message({.text = line, .icon = icon::critical});
 } catch (...) {

@@ -180,7 +180,7 @@ try {
     if (const std::optional<std::string> body = clip_check(clip_ask | clip_waypoints_only))
         paste(*body);
 } catch (...) {
-    trap("B_einfüg_Click"_w.c_str());
+    trap("B_einfüg_Click");
 }
 
 void test_click()

@@ -312,7 +312,7 @@ try {
     wayp_delete(-1);
     mark_count();
 } catch (...) {
-    trap("B_lösch"_w.c_str());
+    trap("B_lösch");
 }
 
 void wayp_neu_click()
