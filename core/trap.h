@@ -10,7 +10,8 @@ namespace velkoro {
 std::string current_exception_text();
 
 /// Reports the exception in flight as "<its text> in <name>", in a box and in the open log.
-/// The name is an identifier and so UTF-8. Call it from a catch block only. Never throws: a failing report is not reported.
+/// The name is an identifier and so UTF-8. Call it from a catch block only. Never throws: a failing
+/// report is not reported.
 void trap(const char* name) noexcept;
 
 /// Thrown where a caller's cancel ends a batch from deep inside (the conflict window's Cancel).

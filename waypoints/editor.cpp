@@ -230,13 +230,6 @@ waypoint_window::waypoint_window()
     form.translated = words_show;
 }
 
-std::string name_filtered(const std::string& typed)
-{
-    // Blanks at the ends are those of a name under way: name_clean must not take them.
-    const std::string clean = name_clean("-" + typed + "-", 0);
-    return clean.substr(1, typed.size());
-}
-
 bool symbols_active()
 {
     return hooks.symbols_in_use() && !symbols.rows.empty();
@@ -367,7 +360,7 @@ void editor_install()
 {
     editor = {};
     waypoint_window& w = WAYPOINT;
-    w.nam.change = [] { WAYPOINT.nam.text = name_filtered(WAYPOINT.nam.text); };
+    w.nam.change = [] { WAYPOINT.nam.text = name_typed(WAYPOINT.nam.text); };
     w.kom.change = komlen_show;
     w.Prox_feld.change = prox_typed;
     w.Maßstab_akt.click = map_scale_click;

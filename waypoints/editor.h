@@ -116,9 +116,6 @@ void editor_install();
 void editor_show();
 /// True when a field no longer says what it said when the waypoint came into the window.
 bool editor_changed();
-/// The name as it may be typed: capitals, plain letters, what a receiver cannot show as "-". Every
-/// character stays at its place.
-std::string name_filtered(const std::string& typed);
 /// True when a symbol table is in use.
 bool symbols_active();
 /// Table number of the chosen symbol, 0 none; -1 when the window holds a number without an entry.

@@ -59,12 +59,10 @@ bool touched()
 /// What a name holds past the limit goes to the front of the comment, as in a batch.
 void cut_name(wayp_rec& draft)
 {
-    if (store.wp_name_max <= 0 || static_cast<int>(draft.nam.size()) <= store.wp_name_max)
+    const std::string typed = draft.nam;
+    if (!name_cut(draft.nam, draft.kom))
         return;
-    const auto limit = static_cast<std::size_t>(store.wp_name_max);
-    ask(2035, buttons::ok, icon::exclamation, std::to_string(limit), draft.nam);
-    draft.kom.insert(key_prefix(draft.kom).size(), draft.nam.substr(limit) + "<");
-    draft.nam = trim_right(std::string_view(draft.nam).substr(0, limit));
+    ask(2035, buttons::ok, icon::exclamation, std::to_string(store.wp_name_max), typed);
     WAYPOINT.nam.text = draft.nam;
     WAYPOINT.kom.text = draft.kom;
     WAYPOINT.kom.change();
@@ -177,7 +175,8 @@ outcome check_key(wayp_rec& draft)
     const int other = wp_find_key(draft.nam, draft.kom, own, store.wp_top);
     if (other < 0 || draft.nam.empty())
         return outcome::go_on;
-    conflict_question question{.old_index = other, .incoming = &draft, .silent = true};
+    conflict_question question{
+        .old_index = other, .incoming = &draft, .silent = true, .skip_index = own};
     if (hooks.conflict_ask(question) != conflict_answer::keep_both)
         return stay_at(WAYPOINT.nam);
     draft.nam = name_clean(draft.nam, 0);

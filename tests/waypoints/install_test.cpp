@@ -20,7 +20,9 @@ struct Program : testing::Test {
     Program()
     {
         home.put("velkoro.ini", "[Main]\r\nLang3=0\r\n");
-        std::filesystem::copy_file(VELKORO_SOURCE_DIR "/data/Datum.ins", home.path / "Datum.ins");
+        for (const char* table : {"Datum.ins", "SYMBOL_3.INS"})
+            std::filesystem::copy_file(VELKORO_SOURCE_DIR + std::string("/data/") + table,
+                                       home.path / table);
         std::filesystem::create_directory(home.path / "Waypoints");
         std::filesystem::copy_file(VELKORO_SOURCE_DIR "/data/Waypoints/sample.wp",
                                    home.path / "Waypoints/sample.wp");
@@ -157,8 +159,8 @@ TEST_F(Program, WhatIsNotInstalledStaysDisabled)
     ASSERT_TRUE(shell_start("sample.wp"));
     Form1.B_alle.click();
     tick(1);
-    for (const control* c : {&Form1.gar_off, &Form1.druck, &Form1.Routen_akt, &Form1.zeich_akt,
-                             &Form1.R_W_einfüg})
+    for (const control* c :
+         {&Form1.gar_off, &Form1.druck, &Form1.Routen_akt, &Form1.zeich_akt, &Form1.R_W_einfüg})
         EXPECT_FALSE(c->enabled) << c->name;
     EXPECT_TRUE(Form1.B_lösch.enabled);
     EXPECT_TRUE(Form1.suchen.enabled);
