@@ -152,9 +152,9 @@ void zone_fill()
     const int fmt = Form1.posform.selected;
     z.items.clear();
     int chosen = 0;
-    const auto numbers = [&z](int first, int last) {
+    const auto numbers = [](int first, int last) {
         for (int n = first; n <= last; ++n)
-            z.items.push_back("Zone " + pic(n, "0"));
+            Form1.zone.items.push_back("Zone " + pic(n, "0"));
     };
     if (fmt == fmt_utm || fmt == fmt_mgrs || fmt == fmt_gk || fmt == fmt_lambert)
         z.items.emplace_back("Zone auto");
