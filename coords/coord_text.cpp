@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace velkoro {
@@ -349,6 +350,17 @@ try {
 // In
 // -------------------------------------------------------------------------------------------------
 
+namespace {
+
+/// A number that a factor took past the largest one is the largest one.
+double finite(double value)
+{
+    constexpr double most = std::numeric_limits<double>::max();
+    return std::clamp(value, -most, most);
+}
+
+} // namespace
+
 double grid_text_to_m(std::string_view text, int digits)
 {
     text = trim(base_text(trim(text)));
@@ -356,7 +368,7 @@ double grid_text_to_m(std::string_view text, int digits)
     if (text.find(',') != std::string_view::npos)
         text = room = comma_to_dot(text);
     if (text.find('.') != std::string_view::npos)
-        return round_even(val(text) * 1000);
+        return finite(round_even(val(text) * 1000));
     const auto length = static_cast<std::size_t>(text.starts_with('-') ? digits + 1 : digits);
     std::array<char, 16> padded{};
     if (text.size() >= length || length > padded.size())
@@ -370,7 +382,7 @@ double grid_text_rel(std::string_view text)
     const std::size_t at = text.find(map_tab);
     if (at == std::string_view::npos)
         return 0;
-    return round_even(val(comma_to_dot(text.substr(at + 1))) * settings.scale / 1000);
+    return finite(round_even(val(comma_to_dot(text.substr(at + 1))) * settings.scale / 1000));
 }
 
 namespace {

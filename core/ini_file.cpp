@@ -211,7 +211,10 @@ std::vector<ini_line> ini_parse(std::string_view text)
 {
     std::string converted;
     if (text.starts_with(byte_order_mark)) {
-        text.remove_prefix(byte_order_mark.size());
+        // Several may stand there when programs put theirs in front; one left would be taken for
+        // ours when the file is read again.
+        while (text.starts_with(byte_order_mark))
+            text.remove_prefix(byte_order_mark.size());
         if (is_utf8(text)) {
             converted = from_utf8(text);
             text = converted;

@@ -3,6 +3,7 @@
 #include "core/num_text.h"
 
 #include <cmath>
+#include <limits>
 #include <random>
 
 namespace velkoro {
@@ -125,6 +126,8 @@ TEST(GridText, WithoutAPointIsPaddedToItsDigits)
     EXPECT_EQ(grid_text_to_m("123", 5), 12300);
     EXPECT_EQ(grid_text_to_m("0500000", 7), 500000);
     EXPECT_EQ(grid_text_to_m("12345678", 7), 12345678);
+    EXPECT_EQ(grid_text_to_m(".8E881", 7), std::numeric_limits<double>::max());
+    EXPECT_EQ(grid_text_to_m("-.8E881", 7), -std::numeric_limits<double>::max());
     EXPECT_EQ(grid_text_to_m("-05", 7), -500000);
     EXPECT_EQ(grid_text_to_m("", 7), 0);
     EXPECT_EQ(grid_text_to_m(" 05 ", 7), 500000);

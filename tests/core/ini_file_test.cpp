@@ -274,3 +274,12 @@ TEST_F(IniFile, AnyRunOfChangesGivesWhatAPlainMapHolds)
             }
     }
 }
+
+TEST_F(IniFile, ASecondByteOrderMarkIsNoPartOfTheText)
+{
+    const std::string_view twice = "\xEF\xBB\xBF\xEF\xBB\xBF\xDF\xD7";
+    const std::vector<ini_line> lines = ini_parse(twice);
+    EXPECT_EQ(ini_parse(ini_text(lines)), lines);
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0].raw.find("\xEF\xBB\xBF"), std::string::npos);
+}
