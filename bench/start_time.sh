@@ -11,7 +11,8 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 mkdir "$work/home"
-cp -r "$build"/velkoro.res "$build"/*.ins "$build"/*.INS "$build"/Garmin.ini "$build"/glyphs.csv "$work/home/"
+# The tables as shipped: those beside the program were renamed at its first start.
+cp "$build"/velkoro.res data/*.ins data/*.INS data/Garmin.ini data/glyphs.csv "$work/home/"
 printf '[Main]\r\nLang3=0\r\n' >"$work/home/velkoro.ini"
 python3 - "$work/library.wp" <<'PYTHON'
 import random
