@@ -1,14 +1,13 @@
 // The store into waypoint files.
 #include "core/form1.h"
-#include "core/hooks.h"
 #include "core/job.h"
 #include "core/settings.h"
 #include "core/text_tools.h"
 #include "core/texts.h"
 #include "waypoints/native_wp.h"
+#include "waypoints/selection.h"
 
 #include <algorithm>
-#include <unordered_set>
 
 namespace velkoro {
 namespace {
@@ -88,59 +87,6 @@ void put_route(byte_writer& out, const route_rec& r)
     out.lstr(r.anw);
 }
 
-/// All waypoints: those of the list in its order, then what the list has not taken up yet.
-std::vector<int> walking_order()
-{
-    const auto n = static_cast<std::size_t>(store.wp_top + 1);
-    std::vector<int> order;
-    order.reserve(n);
-    std::vector<bool> there(n, false);
-    if (hooks.list_order)
-        for (const int i : hooks.list_order())
-            if (i >= 0 && i <= store.wp_top && !there[static_cast<std::size_t>(i)]) {
-                there[static_cast<std::size_t>(i)] = true;
-                order.push_back(i);
-            }
-    for (std::size_t i = 0; i < n; ++i)
-        if (!there[i])
-            order.push_back(static_cast<int>(i));
-    return order;
-}
-
-std::vector<int> chosen_routes(const wp_write_options& options)
-{
-    std::vector<int> chosen;
-    if (has(options.flags, "RM")) {
-        std::ranges::copy_if(options.routes, std::back_inserter(chosen),
-                             [](int r) { return r >= 0 && r <= store.rou_top; });
-    } else if (has(options.flags, "R")) {
-        for (int r = 0; r <= store.rou_top; ++r)
-            chosen.push_back(r);
-    }
-    return chosen;
-}
-
-/// Which waypoints the flags mean, by store index.
-std::vector<bool> wanted_waypoints(const wp_write_options& options, const std::vector<int>& routes)
-{
-    const auto n = static_cast<std::size_t>(store.wp_top + 1);
-    const bool marked_only = has(options.flags, "WM");
-    std::vector<bool> wanted(n, has(options.flags, "W") && !marked_only);
-    if (marked_only)
-        for (const int i : hooks.marked_rows())
-            if (i >= 0 && i <= store.wp_top)
-                wanted[static_cast<std::size_t>(i)] = true;
-    std::unordered_set<std::string> keys;
-    for (const int r : routes)
-        for (std::string& key : list_tokens(store.rou[static_cast<std::size_t>(r)].wps))
-            keys.insert(std::move(key));
-    if (!keys.empty())
-        for (std::size_t i = 0; i < n; ++i)
-            if (!wanted[i] && keys.count(wp_key(static_cast<int>(i))) != 0)
-                wanted[i] = true;
-    return wanted;
-}
-
 bool progress(std::size_t done, std::size_t all, int waypoints)
 {
     op_progress(static_cast<double>(done) / static_cast<double>(std::max<std::size_t>(all, 1)));
@@ -160,9 +106,9 @@ wp_write_result write_wp(const wp_write_options& options)
     } else {
         put_head(out);
     }
-    const std::vector<int> order = walking_order();
-    const std::vector<int> routes = chosen_routes(options);
-    const std::vector<bool> wanted = wanted_waypoints(options, routes);
+    const std::vector<int> order = waypoints_in_order();
+    const std::vector<int> routes = selected_routes(options.flags, options.routes);
+    const std::vector<bool> wanted = selected_waypoints(options.flags, routes);
     const std::size_t all = order.size() + routes.size();
     std::size_t done = 0;
     const auto goes_on = [&] {

@@ -1,0 +1,187 @@
+#include "interchange/formats.h"
+
+#include "core/text_tools.h"
+
+#include <algorithm>
+#include <string>
+
+namespace velkoro {
+namespace {
+
+/// The rows stand in the order of the list `filform`. Each format's procedures and its test of a
+/// file's content are declared in its own header.
+const format_row table[] = {
+    // The native text format: what a row text without one of the other names means.
+    {.name = "VELkoro Text", .import_patterns = "*.txt", .export_patterns = "*.txt"},
+
+    // Fugawi
+    {.name = "Fugawi", .import_patterns = "*.txt", .export_patterns = "*.txt"},
+
+    // Gardown
+    {.name = "Gardown", .import_patterns = "*.gd", .export_patterns = "*.gd", .datum = "WGS 84"},
+
+    // Garlink
+    {.name = "Garlink",
+     .import_patterns = "*.swp",
+     .export_patterns = "*.swp",
+     .track_import = "Garlink Track *.twp",
+     .track_export = "Garlink *.twp",
+     .datum = "WGS 84"},
+
+    // OziExplorer
+    {.name = "OziExplorer",
+     .import_patterns = "*.wpt;*.rte",
+     .export_patterns = "*.wpt;*.rte",
+     .route_extension = ".rte",
+     .track_import = "OziExplorer *.plt",
+     .track_export = "OziExplorer *.plt",
+     .datum = "WGS 84"},
+
+    // Geocaching
+    {.name = "Geocaching", .import_patterns = "*.loc"},
+
+    // PCX5
+    {.name = "PCX5",
+     .import_patterns = "*.wpt;*.prx;*.rte;*.grm",
+     .export_patterns = "*.wpt;*.rte",
+     .route_extension = ".rte",
+     .track_import = "PCX5 Track *.trk",
+     .track_export = "PCX5 Track *.trk",
+     .datum = "WGS 84"},
+
+    // Waypoint+
+    {.name = "Waypoint+ Text",
+     .import_patterns = "*.txt",
+     .export_patterns = "*.txt",
+     .datum = "WGS 84"},
+
+    // StreetAtlas
+    {.name = "StreetAtlas 7.0", .import_patterns = "*.txt", .export_patterns = "*.txt"},
+
+    // Mapsource
+    {.name = "Mapsource", .import_patterns = "*.txt"},
+
+    // Atlas GIS
+    {.name = "Atlas GIS", .import_patterns = "*.bna", .export_patterns = "*.bna"},
+
+    // GeogridViewer
+    {.name = "GeogridViewer",
+     .import_patterns = "*.ovl;*.coo",
+     .export_patterns = "*.ovl",
+     .datum = "WGS 84"},
+
+    // TerrainNavigator
+    {.name = "TerrainNavigator",
+     .import_patterns = "*.mxf;*.rxf",
+     .export_patterns = "*.mxf;*.rxf",
+     .route_extension = ".rxf",
+     .track_import = "TerrainNavigator *.txf",
+     .track_export = "TerrainNavigator *.txf"},
+
+    // CORPSCON
+    {.name = "CORPSCON", .import_patterns = "*.geo;*.utm", .export_patterns = "*.geo;*.utm"},
+};
+
+/// The word that tells a format in a row text: the first one of its name, for the native format
+/// the whole name.
+std::string_view key_word(const format_row& row)
+{
+    return row.name == table[0].name ? row.name : row.name.substr(0, row.name.find(' '));
+}
+
+std::string row_text(std::string_view direction, const format_row& row, std::string_view patterns)
+{
+    std::string text(direction);
+    text.append(" ").append(row.name).append(" ").append(patterns);
+    return text;
+}
+
+std::string_view first_pattern(std::string_view& patterns)
+{
+    return next_field(patterns, ';');
+}
+
+} // namespace
+
+std::span<const format_row> formats()
+{
+    return table;
+}
+
+const format_row* format_of_text(std::string_view text, bool exact)
+{
+    // "StreetAtlas" holds "Atlas": the longest word that is found counts.
+    const format_row* found = nullptr;
+    for (const format_row& row : table) {
+        const std::string_view word = key_word(row);
+        if (find_nocase(text, word) != std::string_view::npos &&
+            (!found || word.size() > key_word(*found).size()))
+            found = &row;
+    }
+    return found || exact ? found : &table[0];
+}
+
+std::string import_text(const format_row& row)
+{
+    return row_text("IMPORT", row, row.import_patterns);
+}
+
+std::string export_text(const format_row& row)
+{
+    return row_text("EXPORT", row, row.export_patterns);
+}
+
+std::vector<std::string> import_rows()
+{
+    std::vector<std::string> rows;
+    for (const format_row& row : table)
+        if (row.read)
+            rows.push_back(import_text(row));
+    return rows;
+}
+
+std::vector<std::string> export_rows()
+{
+    std::vector<std::string> rows;
+    for (const format_row& row : table)
+        if (row.write)
+            rows.push_back(export_text(row));
+    return rows;
+}
+
+bool has_pattern(std::string_view patterns, std::string_view extension)
+{
+    while (!patterns.empty()) {
+        std::string_view pattern = first_pattern(patterns);
+        if (pattern.starts_with('*'))
+            pattern.remove_prefix(1);
+        if (!extension.empty() && equal_nocase(pattern, extension))
+            return true;
+    }
+    return false;
+}
+
+const format_row* format_of_file(std::string_view extension, std::string_view text)
+{
+    const format_row* by_extension = nullptr;
+    for (const format_row& row : table) {
+        if (!row.read || !has_pattern(row.import_patterns, extension))
+            continue;
+        if (row.is_it && row.is_it(text, extension))
+            return &row;
+        // A row without a test takes what no other one knows.
+        if (!row.is_it && !by_extension)
+            by_extension = &row;
+    }
+    return by_extension;
+}
+
+const format_row* format_to_write(std::string_view extension)
+{
+    const auto hit = std::ranges::find_if(table, [&](const format_row& row) {
+        return row.write && has_pattern(row.export_patterns, extension);
+    });
+    return hit == std::ranges::end(table) ? nullptr : hit;
+}
+
+} // namespace velkoro
