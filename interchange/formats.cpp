@@ -15,7 +15,7 @@ const format_row table[] = {
     {.name = "VELkoro Text", .import_patterns = "*.txt", .export_patterns = "*.txt"},
 
     // Fugawi
-    {.name = "Fugawi", .import_patterns = "*.txt", .export_patterns = "*.txt"},
+    {.name = "Fugawi Text", .import_patterns = "*.txt", .export_patterns = "*.txt"},
 
     // Gardown
     {.name = "Gardown", .import_patterns = "*.gd", .export_patterns = "*.gd", .datum = "WGS 84"},
