@@ -131,8 +131,8 @@ TEST_F(Samples, OfWaypointsAndRoutesAreReadWithTheirValues)
         const json waypoints = sample.value("waypoints", json::array());
         const json routes = sample.value("routes", json::array());
         const bool underlines = row->name == "OziExplorer" && path_extension(name) == ".rte";
-        if (sample.contains("waypoints"))
-            ASSERT_EQ(content.waypoints.size(), waypoints.size());
+        // Points of lines alone are the reader's.
+        ASSERT_TRUE(!sample.contains("waypoints") || content.waypoints.size() == waypoints.size());
         for (std::size_t i = 0; i < waypoints.size(); ++i) {
             SCOPED_TRACE(waypoints[i].dump());
             expect_waypoint(content.waypoints[i], waypoints[i], underlines);
