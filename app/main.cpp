@@ -1,6 +1,7 @@
 /// velkoro, the desktop program.
 #include "app/compose.h"
 #include "app/picture.h"
+#include "comm/serial_line.h"
 #include "core/code_page.h"
 #include "core/platform.h"
 #include "core/program_folder.h"
@@ -131,6 +132,7 @@ int main(int argc, char** argv)
     QApplication::setWindowIcon(
         QIcon::fromTheme(QStringLiteral("velkoro"), QIcon(QStringLiteral(":/velkoro.svg"))));
     qt_platform_install();
+    serial_line_install();
     set_program_folder(o.home);
     if (!o.language.empty())
         settings.overrides[{"main", "lang3"}] = o.language;

@@ -5,6 +5,7 @@
 #include "core/code_page.h"
 #include "core/job.h"
 #include "core/platform.h"
+#include "core/poll_watch.h"
 
 #include <unistd.h>
 
@@ -96,7 +97,11 @@ void install_cli_platform()
     progress = {};
     progress.on_terminal = isatty(STDERR_FILENO) != 0;
     platform.message = show_message;
-    platform.pump = [](int) { draw_progress(); };
+    poll_watch_install();
+    platform.pump = [](int ms) {
+        draw_progress();
+        poll_serve(ms);
+    };
     // A modal window has nobody to close it.
     platform.wait_closed = [](window& w) { w.shown = false; };
     hooks.conflict_ask = [](conflict_question&) { return cli.on_conflict; };

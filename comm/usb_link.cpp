@@ -131,8 +131,11 @@ std::optional<std::string> find_device()
         log_line(std::string(" USB open: SetupDiGetClassDevs ") + guid);
         std::optional<std::string> path = platform.usb.find(guid);
         log_line(std::string("  SetupDiEnumDeviceInterfaces ") + (path ? "1" : "0"));
-        if (path)
+        if (path) {
+            log_line("  SetupDiGetDeviceInterfaceDetail " + std::to_string(path->size()));
+            log_line("  SetupDiGetDeviceInterfaceDetail (2) 1");
             return path;
+        }
         log_failure();
     }
     return std::nullopt;

@@ -26,8 +26,11 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QSocketNotifier>
 #include <QTimer>
 
+#include <functional>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -37,10 +40,20 @@ namespace {
 constexpr int text_cancel = 7301, text_ok = 7302, text_yes = 7303, text_no = 7304;
 constexpr int box_icon_size = 36;
 
+struct notifier_gone {
+    /// A procedure may end its own watch: the notifier is in its slot then.
+    void operator()(QSocketNotifier* n) const
+    {
+        n->setEnabled(false);
+        n->deleteLater();
+    }
+};
+
 struct desktop_state {
     bool quit = false;
     bool theme_read = false;
     std::string link{};
+    std::map<int, std::unique_ptr<QSocketNotifier, notifier_gone>> watched{};
 };
 desktop_state desktop;
 
@@ -201,6 +214,14 @@ void serve_events(int ms)
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 
+void watch(int fd, const std::function<void()>& ready)
+{
+    auto& notifier = desktop.watched[fd];
+    notifier.reset(new QSocketNotifier(fd, QSocketNotifier::Read));
+    QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(),
+                     [ready] { user_action(ready); });
+}
+
 void wait_closed(window& w)
 {
     binder_show_now(w);
@@ -282,7 +303,7 @@ QMessageBox* make_message_box(const message_box& m)
 
 void qt_platform_install(const std::string& link)
 {
-    desktop = {};
+    desktop = desktop_state{};
     desktop.link = link.empty() ? link_name() : link;
     translate_toolkit();
     platform.message = ask;
@@ -316,6 +337,8 @@ void qt_platform_install(const std::string& link)
     platform.locale_language = [] {
         return QLocale::system().name().left(2).toLower().toStdString();
     };
+    platform.watch = watch;
+    platform.unwatch = [](int fd) { desktop.watched.erase(fd); };
     platform.quit = [] {
         desktop.quit = true;
         // quit() would first close every window, and the main window ask its questions again.
@@ -331,6 +354,7 @@ bool quit_asked()
 void qt_platform_remove()
 {
     link_close();
+    desktop.watched.clear();
     help_close(); // it may be the child of a window
     binder_clear();
     platform = {};
