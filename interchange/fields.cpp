@@ -250,7 +250,7 @@ bool to_angle(std::string_view text, std::string_view letters, double& degrees)
             text = trim_space(text.substr(1));
         ++n;
     }
-    if (n == 0 || !text.empty() || parts[1] >= 60 || parts[2] >= 60)
+    if (n == 0 || !text.empty() || parts[1] > 60 || parts[2] > 60)
         return false;
     const double value = parts[0] + (parts[1] + parts[2] / 60) / 60;
     if (value > (letters[0] == 'N' ? 90 : 180))

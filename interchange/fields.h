@@ -51,7 +51,7 @@ std::int16_t to_proximity(double metres);
 /// An angle in degrees, north and east positive, from text: decimal degrees, degrees and minutes,
 /// or degrees, minutes and seconds, with "°", "'", "\"", colons or blanks behind each part; the
 /// hemisphere letter in front or behind, or a sign. `letters` is "NS" or "EW". False for anything
-/// else, minutes and seconds from 60 on, and angles out of range.
+/// else, minutes and seconds above 60 (rounding may have made 60 of them), and angles out of range.
 bool to_angle(std::string_view text, std::string_view letters, double& degrees);
 
 // Times: seconds since date_base, UTC; 0 stands for no time

@@ -275,6 +275,33 @@ std::optional<int> seen_point(import_job& in, std::string_view name, const pos_r
     return std::nullopt;
 }
 
+/// Comment of a point of this file; empty when it was kept out.
+std::string_view comment_at(const import_job& in, int index)
+{
+    if (index < 0)
+        return {};
+    const auto i = static_cast<std::size_t>(index);
+    return in.into                 ? in.into->waypoints[i].kom
+           : index <= store.wp_top ? store.wp[i].kom
+                                   : std::string_view{};
+}
+
+/// Place of the first point of this file with the name and the comment's part of the key.
+std::optional<int> seen_key(import_job& in, std::string_view name, std::string_view prefix)
+{
+    know_names(in);
+    const auto chain = in.seen_names.find(std::hash<std::string_view>{}(name));
+    if (chain == in.seen_names.end())
+        return std::nullopt;
+    for (std::int32_t row = chain->second.first; row >= 0;) {
+        const import_job::seen_row& seen = in.seen[static_cast<std::size_t>(row)];
+        if (key_prefix(comment_at(in, seen.index)) == prefix)
+            return seen.index;
+        row = seen.next;
+    }
+    return std::nullopt;
+}
+
 std::uint64_t place_key(const pos_rec& pos)
 {
     return (std::uint64_t{static_cast<std::uint32_t>(pos.lat)} << 32) |
@@ -341,6 +368,7 @@ void begin_route(import_job& in, std::string_view name, std::int16_t colour)
         in.route.nam = "Route " + std::to_string(in.routes + 1);
     in.route.farbe = colour;
     in.route_indexes.clear();
+    in.route_legs.clear();
     in.route_open = true;
 }
 
@@ -369,6 +397,39 @@ bool add_route_point(import_job& in, std::string_view name)
     return true;
 }
 
+bool add_route_key(import_job& in, std::string_view key)
+{
+    if (!in.route_open)
+        return false;
+    const std::size_t prefix = key_prefix(key).size();
+    const std::string_view name = key.substr(prefix);
+    std::optional<int> index = seen_key(in, trim(name), key.substr(0, prefix));
+    if (!index && prefix > 0) // a name that begins with "@"
+        index = seen_key(in, trim(key), {});
+    if (!index && !in.into)
+        if (const int stored = wp_find_key(key, {}, -1, store.wp_top); stored >= 0)
+            index = stored;
+    if (!index)
+        return false;
+    ++in.route_points;
+    append_point(in, *index);
+    return true;
+}
+
+void set_route_leg(import_job& in, std::string_view speed, std::string_view korr,
+                   std::string_view anw)
+{
+    if (!in.route_open || in.route_indexes.empty())
+        return;
+    in.route_legs.resize(in.route_indexes.size());
+    import_job::route_leg& leg = in.route_legs.back();
+    put_clean(leg.speed, speed);
+    put_clean(leg.korr, korr);
+    put_clean(leg.anw, anw);
+    for (std::string* token : {&leg.speed, &leg.korr, &leg.anw})
+        std::ranges::replace(*token, '$', '-'); // it ends the tokens of a list
+}
+
 void add_unnamed_point(import_job& in, const pos_rec& pos)
 {
     // Lines are drawn through waypoints: a point of the file at the very place is that one.
@@ -379,6 +440,8 @@ void add_unnamed_point(import_job& in, const pos_rec& pos)
             return;
         }
     std::string name = in.route.nam.substr(0, 3) + std::to_string(in.route_indexes.size() + 1);
+    if (!in.into)
+        name_unique(name, {}, -1); // it must not stand in for a waypoint that there is
     fill(in.record, name, {}, pos, 0, alt_unknown, 0, 0);
     enter_point(in);
 }
@@ -398,9 +461,19 @@ void end_route(import_job& in)
         in.into->routes.push_back(std::move(route));
         return;
     }
-    for (const int i : in.route_indexes)
-        if (i >= 0 && i <= store.wp_top)
-            in.route.wps.append(wp_key(i)) += '$';
+    for (std::size_t k = 0; k < in.route_indexes.size(); ++k) {
+        const int i = in.route_indexes[k];
+        if (i < 0 || i > store.wp_top)
+            continue;
+        in.route.wps.append(wp_key(i)) += '$';
+        if (in.route_legs.empty())
+            continue;
+        const import_job::route_leg leg =
+            k < in.route_legs.size() ? in.route_legs[k] : import_job::route_leg{};
+        in.route.speed.append(leg.speed) += '$';
+        in.route.korr.append(leg.korr) += '$';
+        in.route.anw.append(leg.anw) += '$';
+    }
     route_add(in.route);
 }
 

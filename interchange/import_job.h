@@ -96,7 +96,11 @@ struct import_job {
     bool route_open = false;
     route_rec route{};
     std::vector<std::int32_t> route_indexes{};
-    wayp_rec record{}; ///< room that is used again and again
+    struct route_leg {
+        std::string speed{}, korr{}, anw{};
+    };
+    std::vector<route_leg> route_legs{}; ///< of the first points; shorter where the rest has none
+    wayp_rec record{};                   ///< room that is used again and again
 };
 
 // Lines
@@ -160,7 +164,15 @@ void add_route_point(import_job& in, std::string_view name, std::string_view com
                      std::int16_t prox = 0, std::int16_t symb = 0);
 /// Appends the first point of this file that has the name; false when there is none.
 bool add_route_point(import_job& in, std::string_view name);
-/// Appends a point that has no name in the file: named after the route and its number in it.
+/// Appends the first point of this file that has the key (see core/names.h), else the waypoint of
+/// the store that has it; false when there is none.
+bool add_route_key(import_job& in, std::string_view key);
+/// Speed, correction and instruction of the leg that ends at the point appended last. Outside a
+/// route, and ahead of its first point, nothing happens.
+void set_route_leg(import_job& in, std::string_view speed, std::string_view korr,
+                   std::string_view anw);
+/// Appends a point that has no name in the file: the first one of the file at that place, else a
+/// new one with a free name, made of the route's name and the point's number in it.
 void add_unnamed_point(import_job& in, const pos_rec& pos);
 /// Hands the route over; a route without points is none. The end of the reading does it too.
 void end_route(import_job& in);

@@ -141,6 +141,7 @@ TEST(Angles, AreReadInEveryUsualForm)
         {"N48 07.407", "NS", 48.12345},
         {"W000 08.436", "EW", -0.1406},
         {"E011°34'04.4\""_w, "EW", 11 + 34.0 / 60 + 4.4 / 3600},
+        {"N 48°60'00.0\""_w, "NS", 49}, // a place just below the degree
         {"48 07 24.42 N", "NS", 48.12345},
         {"48:07:24.42", "NS", 48.12345},
         {"-0 30.0", "NS", -0.5},
@@ -157,7 +158,7 @@ TEST(Angles, AreReadInEveryUsualForm)
 TEST(Angles, ThatAreNoneAreTold)
 {
     double degrees = 5;
-    for (const char* text : {"", "N", "90.01", "abc", "48 60.0", "48 7 60", "48.5 7", "1 2 3 4",
+    for (const char* text : {"", "N", "90.01", "abc", "48 60.1", "48 7 61", "48.5 7", "1 2 3 4",
                              "48,5", "E48", "--3", "nan", "48 -7", "N-12", "1e400"})
         EXPECT_FALSE(to_angle(text, "NS", degrees)) << text;
     EXPECT_EQ(degrees, 5);
