@@ -1,6 +1,14 @@
 #include "interchange/formats.h"
 
 #include "core/text_tools.h"
+#include "interchange/atlas_gis.h"
+#include "interchange/corpscon.h"
+#include "interchange/fugawi.h"
+#include "interchange/geocaching.h"
+#include "interchange/geogrid.h"
+#include "interchange/native_text.h"
+#include "interchange/streetatlas.h"
+#include "interchange/terrain_navigator.h"
 
 #include <algorithm>
 #include <string>
@@ -12,10 +20,28 @@ namespace {
 /// file's content are declared in its own header.
 const format_row table[] = {
     // The native text format: what a row text without one of the other names means.
-    {.name = "VELkoro Text", .import_patterns = "*.txt", .export_patterns = "*.txt"},
+    {.name = "VELkoro Text",
+     .import_patterns = "*.txt",
+     .export_patterns = "*.txt",
+     .read = read_native_text,
+     .write = write_native_text,
+     .options = opt_posform | opt_separator | opt_time | opt_name_length | opt_comment,
+     .holds = {.comment = true,
+               .altitude = true,
+               .proximity = true,
+               .time = time_step::second,
+               .routes = true,
+               .route_names = true}},
 
     // Fugawi
-    {.name = "Fugawi Text", .import_patterns = "*.txt", .export_patterns = "*.txt"},
+    {.name = "Fugawi Text",
+     .import_patterns = "*.txt",
+     .export_patterns = "*.txt",
+     .read = read_fugawi,
+     .write = write_fugawi,
+     .is_it = is_fugawi,
+     .options = opt_name_length,
+     .holds = {.time = time_step::day, .name_lacks = ","}},
 
     // Gardown
     {.name = "Gardown", .import_patterns = "*.gd", .export_patterns = "*.gd", .datum = "WGS 84"},
@@ -38,7 +64,7 @@ const format_row table[] = {
      .datum = "WGS 84"},
 
     // Geocaching
-    {.name = "Geocaching", .import_patterns = "*.loc"},
+    {.name = "Geocaching", .import_patterns = "*.loc", .read = read_geocaching},
 
     // PCX5
     {.name = "PCX5",
@@ -56,30 +82,56 @@ const format_row table[] = {
      .datum = "WGS 84"},
 
     // StreetAtlas
-    {.name = "StreetAtlas 7.0", .import_patterns = "*.txt", .export_patterns = "*.txt"},
+    {.name = "StreetAtlas 7.0",
+     .import_patterns = "*.txt",
+     .export_patterns = "*.txt",
+     .read = read_streetatlas,
+     .write = write_streetatlas,
+     .is_it = is_streetatlas,
+     .options = opt_name_length},
 
     // Mapsource
     {.name = "Mapsource", .import_patterns = "*.txt"},
 
     // Atlas GIS
-    {.name = "Atlas GIS", .import_patterns = "*.bna", .export_patterns = "*.bna"},
+    {.name = "Atlas GIS",
+     .import_patterns = "*.bna",
+     .export_patterns = "*.bna",
+     .read = read_atlas_gis,
+     .write = write_atlas_gis,
+     .options = opt_name_length | opt_comment,
+     .holds = {.comment = true, .routes = true, .route_names = true, .comment_lacks = "\""}},
 
     // GeogridViewer
     {.name = "GeogridViewer",
      .import_patterns = "*.ovl;*.coo",
      .export_patterns = "*.ovl",
-     .datum = "WGS 84"},
+     .read = read_geogrid,
+     .write = write_geogrid,
+     .datum = "WGS 84",
+     .options = opt_name_length,
+     .holds = {.routes = true, .route_names = true, .position_step = 1e-8}},
 
     // TerrainNavigator
     {.name = "TerrainNavigator",
      .import_patterns = "*.mxf;*.rxf",
      .export_patterns = "*.mxf;*.rxf",
      .route_extension = ".rxf",
+     .read = read_terrain_navigator,
+     .write = write_terrain_navigator,
      .track_import = "TerrainNavigator *.txf",
-     .track_export = "TerrainNavigator *.txf"},
+     .track_export = "TerrainNavigator *.txf",
+     .options = opt_name_length | opt_comment,
+     .holds = {.comment = true, .routes = true, .comment_lacks = "\"", .position_step = 1e-7}},
 
     // CORPSCON
-    {.name = "CORPSCON", .import_patterns = "*.geo;*.utm", .export_patterns = "*.geo;*.utm"},
+    {.name = "CORPSCON",
+     .import_patterns = "*.geo;*.utm",
+     .export_patterns = "*.geo;*.utm",
+     .read = read_corpscon,
+     .write = write_corpscon,
+     .options = opt_posform | opt_name_length,
+     .holds = {.name_lacks = ","}},
 };
 
 /// The word that tells a format in a row text: the first one of its name, for the native format
