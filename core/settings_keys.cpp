@@ -32,6 +32,8 @@ constexpr setting_key keys[] = {
     {"map_options",  main, text,        nullptr, "\"yes\": the profile has the map keys"},
     {"maps_show",    main, integer,     "0", "which maps are shown"},
     {"user_form",    main, text,        "none", "last user file format"},
+    {"track_depth",  main, integer,     "0", "depths as comments of track points read: 0 none, 1 first of a track, 2 all"},
+    {"track_defcol", main, integer,     "255", "colour of tracks sent that have none"},
     {"Theme",        main, text,        nullptr, "colours of the windows: light or dark, else the desktop's"},
     {"Com1",         main, text,        nullptr, "device of port 1"},
     {"Com2",         main, text,        nullptr, "device of port 2"},
