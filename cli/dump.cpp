@@ -112,11 +112,12 @@ void put_store()
 
 struct dump_options {
     std::vector<std::string> files{};
+    const format_row* from = nullptr;
 };
 
 int run_dump(const dump_options& o)
 {
-    read_files(o.files);
+    read_files(o.files, o.from);
     put_store();
     return cli_exit_code();
 }
@@ -126,7 +127,8 @@ int run_dump(const dump_options& o)
 cli_action declare_dump(CLI::App& command)
 {
     const auto o = std::make_shared<dump_options>();
-    command.add_option("FILE", o->files, "native files, read in this order")->required();
+    command.add_option("FILE", o->files, "files, read in this order")->required();
+    declare_from(command, o->from);
     return [o] { return run_dump(*o); };
 }
 

@@ -5,6 +5,7 @@
 #include "core/code_page.h"
 #include "core/files.h"
 #include "core/texts.h"
+#include "interchange/import_job.h"
 #include "waypoints/native_t.h"
 #include "waypoints/native_wp.h"
 
@@ -50,8 +51,23 @@ json track_fields(const t_summary& s)
             {"last_time", s.last_time}, {"sections", s.sections}};
 }
 
+/// A file of another program, read aside.
+json foreign_fields(const format_row& format, const std::string& path, std::string_view bytes,
+                    native_end& end)
+{
+    import_content content;
+    const import_result result = import_bytes(format, bytes, path_extension(path), false, &content);
+    end = result.end;
+    return {{"kind", "foreign"},
+            {"format", json_text(std::string(format.name))},
+            {"title", json_text(result.title)},
+            {"waypoints", content.waypoints.size()},
+            {"routes", content.routes.size()},
+            {"bad_lines", result.bad_lines}};
+}
+
 /// What a file holds; a null value when it is no file of a known kind.
-json examine(const std::string& path)
+json examine(const std::string& path, const format_row* from)
 {
     const std::optional<std::string> bytes = read_file(path);
     if (!bytes) {
@@ -60,7 +76,8 @@ json examine(const std::string& path)
     }
     json fields;
     native_end end = native_end::not_native;
-    switch (kind_of_file(path, *bytes)) {
+    const source_kind source = kind_of_file(path, *bytes, from);
+    switch (source.kind) {
     case file_kind::waypoints: {
         const wp_summary summary = wp_info(*bytes);
         end = summary.end;
@@ -73,6 +90,7 @@ json examine(const std::string& path)
         fields = track_fields(summary);
         break;
     }
+    case file_kind::foreign: fields = foreign_fields(*source.format, path, *bytes, end); break;
     case file_kind::unknown: break;
     }
     if (end == native_end::not_native) {
@@ -99,13 +117,14 @@ void print_fields(const std::string& path, const json& fields)
 
 struct info_options {
     std::vector<std::string> files{};
+    const format_row* from = nullptr;
 };
 
 int run_info(const info_options& o)
 {
     json list = json::array();
     for (const std::string& path : o.files) {
-        const json fields = examine(path);
+        const json fields = examine(path, o.from);
         if (fields.is_null())
             continue;
         if (cli.json) {
@@ -127,6 +146,7 @@ cli_action declare_info(CLI::App& command)
 {
     const auto o = std::make_shared<info_options>();
     command.add_option("FILE", o->files, "files to look at")->required();
+    declare_from(command, o->from);
     return [o] { return run_info(*o); };
 }
 

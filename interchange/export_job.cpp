@@ -265,6 +265,21 @@ try {
 
 } // namespace
 
+export_options export_defaults(const format_row& format)
+{
+    export_options options;
+    const int fmt = Form1.posform.selected;
+    const bool holds_it = (format.options & opt_grids) != 0 ||
+                          ((format.options & opt_posform) != 0 && fmt <= fmt_seconds);
+    options.fmt = holds_it && fmt >= 0 ? fmt : fmt_degrees;
+    return options;
+}
+
+std::string signed_format()
+{
+    return "+ddd.ddddd\xB0";
+}
+
 export_result export_bytes(const format_row& format, const export_options& options,
                            std::string_view extension, bool appends, bool tracks)
 {

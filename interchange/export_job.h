@@ -206,6 +206,13 @@ struct export_result {
 
 /// The selected records as the bytes of a file of the format. `appends`: for a file that has
 /// content. `tracks` writes the track.
+/// The options that a format is written with unless the user says otherwise: the list's coordinate
+/// format where the format can hold it, else degrees.
+export_options export_defaults(const format_row& format);
+
+/// "+ddd.ddddd°", the entry of `posform` that only files of other programs have.
+std::string signed_format();
+
 export_result export_bytes(const format_row& format, const export_options& options,
                            std::string_view extension, bool appends = false, bool tracks = false);
 

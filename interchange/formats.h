@@ -47,7 +47,8 @@ enum format_option : unsigned {
     opt_separator = 2,   ///< `Trenn`: export_job::separator
     opt_time = 4,        ///< `Zeitf`: export_job::time_picture
     opt_name_length = 8, ///< `naml`: export_job::name_length
-    opt_comment = 16     ///< `beschr`: export_job::comments
+    opt_comment = 16,    ///< `beschr`: export_job::comments
+    opt_grids = 32       ///< any coordinate format, grids too
 };
 
 struct format_row {

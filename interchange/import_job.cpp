@@ -510,25 +510,24 @@ try {
     return native_end::full;
 }
 
-void add_remark(std::string& remarks, const std::string& line)
+void add_remark(import_result& result, int number, std::string line)
 {
-    remarks.append(remarks.empty() ? "" : "\n").append(line);
+    result.remarks.append(result.remarks.empty() ? "" : "\n").append(line);
+    result.remarks_list.push_back({number, std::move(line)});
 }
 
-std::string remarks_of(const import_job& in)
+void add_remarks(import_result& result, const import_job& in)
 {
-    std::string remarks;
     if (in.refusal != 0)
-        add_remark(remarks, text(in.refusal, in.refusal_text));
-    if (in.bad_lines > 0) {
-        std::string numbers;
-        for (const int n : in.bad_numbers)
-            numbers.append(numbers.empty() ? "" : ", ").append(std::to_string(n));
-        if (in.bad_lines > static_cast<int>(in.bad_numbers.size()))
-            numbers += ", ...";
-        add_remark(remarks, text(7960, std::to_string(in.bad_lines), numbers));
-    }
-    return remarks;
+        add_remark(result, in.refusal, text(in.refusal, in.refusal_text));
+    if (in.bad_lines == 0)
+        return;
+    std::string numbers;
+    for (const int n : in.bad_numbers)
+        numbers.append(numbers.empty() ? "" : ", ").append(std::to_string(n));
+    if (in.bad_lines > static_cast<int>(in.bad_numbers.size()))
+        numbers += ", ...";
+    add_remark(result, 7960, text(7960, std::to_string(in.bad_lines), numbers));
 }
 
 std::string close_batch()
@@ -589,7 +588,7 @@ import_result import_bytes(const format_row& format, std::string_view bytes,
     result.track_points = in.track_points;
     result.bad_lines = in.bad_lines;
     result.title = in.title;
-    result.remarks = remarks_of(in);
+    add_remarks(result, in);
     return result;
 }
 

@@ -184,6 +184,12 @@ void add_track_point(import_job& in, const pos_rec& pos, std::int32_t time, std:
 // Running a reader
 // -------------------------------------------------------------------------------------------------
 
+/// A numbered text that tells of malformed lines or a refusal.
+struct import_remark {
+    int number = 0;
+    std::string text{};
+};
+
 struct import_result {
     native_end end = native_end::whole; ///< not_native: refused
     const format_row* format = nullptr;
@@ -191,8 +197,8 @@ struct import_result {
     int bad_lines = 0;
     std::string title{};
     std::string report{}; ///< of the batch, "" all were new
-    /// Of malformed lines, a refusal or a full store, for the user; "" none.
-    std::string remarks{};
+    std::vector<import_remark> remarks_list{};
+    std::string remarks{}; ///< their texts, a line each; "" none
 };
 
 /// Reads a file's bytes by a row of the table. `extension` tells variants apart. With `into` the
