@@ -1,6 +1,7 @@
 /// velkoro, the desktop program.
 #include "app/compose.h"
 #include "app/picture.h"
+#include "comm/libusb_pipes.h"
 #include "comm/serial_line.h"
 #include "core/code_page.h"
 #include "core/platform.h"
@@ -133,6 +134,7 @@ int main(int argc, char** argv)
         QIcon::fromTheme(QStringLiteral("velkoro"), QIcon(QStringLiteral(":/velkoro.svg"))));
     qt_platform_install();
     serial_line_install();
+    libusb_pipes_install();
     set_program_folder(o.home);
     if (!o.language.empty())
         settings.overrides[{"main", "lang3"}] = o.language;
