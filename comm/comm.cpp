@@ -1,5 +1,6 @@
 #include "comm/comm.h"
 
+#include "comm/gar_ident.h"
 #include "comm/garmin_link.h"
 #include "comm/usb_link.h"
 #include "core/log.h"
@@ -53,6 +54,7 @@ bool comm_port_set(bool open)
         if (platform.serial.is_open())
             platform.serial.close();
         usb_close();
+        gar_ident_done();
         return false;
     }
     if (comm.comm_port == usb_port) {

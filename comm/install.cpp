@@ -1,6 +1,7 @@
 #include "comm/install.h"
 
 #include "comm/comm.h"
+#include "comm/gar_ident.h"
 #include "core/job.h"
 
 namespace velkoro {
@@ -8,6 +9,7 @@ namespace velkoro {
 void comm_install()
 {
     comm_listen();
+    gar_ident_install();
     job.ended = [] { comm_port_set(false); };
 }
 
