@@ -172,6 +172,14 @@ angle_parts split_angle(double degrees, char letter, int fmt)
     return parts;
 }
 
+void put_degrees(export_job& out, double degrees, char letter)
+{
+    const angle_parts a = split_angle(degrees, letter, fmt_degrees);
+    if (a.negative)
+        put(out, '-');
+    put(out, a.degrees());
+}
+
 namespace {
 
 /// pos_to_text works on the chosen datum and remembers the zone of its text for the editor: both
@@ -233,6 +241,12 @@ void put_time(export_job& out, std::int32_t time, std::string_view picture)
         }
         i += n;
     }
+}
+
+std::int32_t in_two_digits(std::int32_t time)
+{
+    // No time of 32 bits lies behind 2079.
+    return time < day_number(1980, 1, 1) * day_seconds ? 0 : time;
 }
 
 void put_day_number(export_job& out, std::int32_t time)

@@ -179,6 +179,9 @@ struct angle_parts {
     }
 };
 angle_parts split_angle(double degrees, char letter, int fmt);
+/// Decimal degrees of five decimals with a minus in place of "S" and "W" and nothing in place of
+/// "N" and "E"; leading zeros stay: "48.12345", "-043.21049".
+void put_degrees(export_job& out, double degrees, char letter);
 
 /// The three texts of a position on the datum of the file in any coordinate format, left in
 /// out.zone, out.east and out.north, as pos_to_text gives them. -1: options.fmt.
@@ -187,6 +190,8 @@ void coordinate_texts(export_job& out, const pos_rec& pos, int fmt = -1);
 /// A time by a picture of date_pic, or by the months' names as the format writes them ("dd-mmm-yy"
 /// gives "02-MAY-03"). UTC.
 void put_time(export_job& out, std::int32_t time, std::string_view picture);
+/// The time where a year of two digits tells it (1980 to 2079), else 0.
+std::int32_t in_two_digits(std::int32_t time);
 /// Days since 30 December 1899 with seven decimals.
 void put_day_number(export_job& out, std::int32_t time);
 /// True when the record has a time.

@@ -123,6 +123,16 @@ std::size_t split_words(std::string_view line, std::span<std::string_view> words
     return n;
 }
 
+std::string_view behind_number(std::string_view text)
+{
+    text = trim_space(text);
+    std::size_t digits = 0;
+    while (digits < text.size() && is_digit(text[digits]))
+        ++digits;
+    const bool ends = digits == text.size() || is_space(text[digits]);
+    return digits >= 1 && digits <= 3 && ends ? trim_space(text.substr(digits)) : text;
+}
+
 std::string_view columns(std::string_view line, std::size_t first, std::size_t last)
 {
     if (first < 1 || first > line.size() || last < first)
@@ -257,6 +267,58 @@ bool to_angle(std::string_view text, std::string_view letters, double& degrees)
         return false;
     degrees = negative ? -value : value;
     return true;
+}
+
+namespace {
+
+/// Takes an angle with its letter off the front of a row of words: the word of the letter and, as
+/// long as the part before is whole, numbers that follow as words of their own. Fewer words are
+/// tried where the last one does not belong to it.
+bool take_angle(std::string_view& row, std::string_view letters, double& degrees)
+{
+    std::array<std::size_t, 3> ends{};
+    std::size_t n = 0;
+    for (std::size_t at = 0; n < ends.size();) {
+        const std::size_t end = std::min(row.find(' ', at), row.size());
+        const std::string_view word = row.substr(at, end - at);
+        if (n > 0 && (word.empty() || !is_digit(word.front())))
+            break;
+        ends[n++] = end;
+        if (word.find('.') != std::string_view::npos)
+            break;
+        at = row.find_first_not_of(' ', end);
+        if (at == std::string_view::npos)
+            break;
+    }
+    for (; n > 0; --n)
+        if (to_angle(row.substr(0, ends[n - 1]), letters, degrees)) {
+            row = trim_space(row.substr(ends[n - 1]));
+            return true;
+        }
+    return false;
+}
+
+} // namespace
+
+bool find_angles(std::string_view row, std::size_t from, double& lat, double& lon,
+                 std::string_view& ahead, std::string_view& behind)
+{
+    for (std::size_t i = from; i + 1 < row.size(); ++i) {
+        const char letter = upper(row[i]);
+        if ((letter != 'N' && letter != 'S') || !is_digit(row[i + 1]) ||
+            (i > 0 && !is_space(row[i - 1])))
+            continue;
+        std::string_view rest = row.substr(i);
+        double north = 0, east = 0;
+        if (!take_angle(rest, "NS", north) || !take_angle(rest, "EW", east))
+            continue;
+        lat = north;
+        lon = east;
+        ahead = trim_space(row.substr(0, i));
+        behind = rest;
+        return true;
+    }
+    return false;
 }
 
 // Times

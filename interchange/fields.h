@@ -28,6 +28,10 @@ std::size_t split_quoted(std::string_view line, char delimiter, std::span<std::s
 /// Words between blanks and TABs.
 std::size_t split_words(std::string_view line, std::span<std::string_view> words);
 
+/// What stands behind a number of up to three digits ("01 NAME"), trimmed; the whole text where no
+/// such number and a blank begin it. A number alone leaves nothing.
+std::string_view behind_number(std::string_view text);
+
 /// Columns `first` to `last` of a line, from 1, trimmed; empty past its end.
 std::string_view columns(std::string_view line, std::size_t first,
                          std::size_t last = std::string_view::npos);
@@ -53,6 +57,12 @@ std::int16_t to_proximity(double metres);
 /// hemisphere letter in front or behind, or a sign. `letters` is "NS" or "EW". False for anything
 /// else, minutes and seconds above 60 (rounding may have made 60 of them), and angles out of range.
 bool to_angle(std::string_view text, std::string_view letters, double& degrees);
+
+/// Finds a latitude and a longitude behind it in a row of words, letters in front
+/// ("N48 07.4070 E011 34.0734", "N48.1 E11.5"): the first pair from place `from` on. What stands
+/// ahead and behind comes trimmed. Nothing is written when there is no pair.
+bool find_angles(std::string_view row, std::size_t from, double& lat, double& lon,
+                 std::string_view& ahead, std::string_view& behind);
 
 // Times: seconds since date_base, UTC; 0 stands for no time
 // -------------------------------------------------------------------------------------------------
