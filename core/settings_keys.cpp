@@ -35,6 +35,7 @@ constexpr setting_key keys[] = {
     {"track_depth",  main, integer,     "0", "depths as comments of track points read: 0 none, 1 first of a track, 2 all"},
     {"track_defcol", main, integer,     "255", "colour of tracks sent that have none"},
     {"Theme",        main, text,        nullptr, "colours of the windows: light or dark, else the desktop's"},
+    {"pcx5",         main, text,        "2.08", "version of PCX5 that written files name"},
     {"Com1",         main, text,        nullptr, "device of port 1"},
     {"Com2",         main, text,        nullptr, "device of port 2"},
     {"Com3",         main, text,        nullptr, "device of port 3"},

@@ -7,8 +7,11 @@
 #include "interchange/geocaching.h"
 #include "interchange/geogrid.h"
 #include "interchange/native_text.h"
+#include "interchange/ozi.h"
+#include "interchange/pcx5.h"
 #include "interchange/streetatlas.h"
 #include "interchange/terrain_navigator.h"
+#include "interchange/waypoint_plus.h"
 
 #include <algorithm>
 #include <string>
@@ -44,7 +47,17 @@ const format_row table[] = {
      .holds = {.time = time_step::day, .name_lacks = ","}},
 
     // Gardown
-    {.name = "Gardown", .import_patterns = "*.gd", .export_patterns = "*.gd", .datum = "WGS 84"},
+    {.name = "Gardown",
+     .import_patterns = "*.gd",
+     .export_patterns = "*.gd",
+     .datum = "WGS 84",
+     .options = opt_comment,
+     .holds = {.comment = true,
+               .time = time_step::second,
+               .routes = true,
+               .route_names = true,
+               .name_width = 6,
+               .position_step = 0.001 / 60}},
 
     // Garlink
     {.name = "Garlink",
@@ -52,16 +65,28 @@ const format_row table[] = {
      .export_patterns = "*.swp",
      .track_import = "Garlink Track *.twp",
      .track_export = "Garlink *.twp",
-     .datum = "WGS 84"},
+     .datum = "WGS 84",
+     .options = opt_posform | opt_name_length | opt_comment,
+     .holds = {.comment = true, .time = time_step::minute, .name_lacks = " "}},
 
     // OziExplorer
     {.name = "OziExplorer",
      .import_patterns = "*.wpt;*.rte",
      .export_patterns = "*.wpt;*.rte",
      .route_extension = ".rte",
+     .read = read_ozi,
+     .write = write_ozi,
      .track_import = "OziExplorer *.plt",
      .track_export = "OziExplorer *.plt",
-     .datum = "WGS 84"},
+     .is_it = is_ozi,
+     .datum = "WGS 84",
+     .options = opt_name_length | opt_comment,
+     .holds = {.comment = true,
+               .altitude = true,
+               .time = time_step::second,
+               .routes = true,
+               .route_names = true,
+               .comment_lacks = "\xD1"}}, // comes back as a comma
 
     // Geocaching
     {.name = "Geocaching", .import_patterns = "*.loc", .read = read_geocaching},
@@ -71,15 +96,35 @@ const format_row table[] = {
      .import_patterns = "*.wpt;*.prx;*.rte;*.grm",
      .export_patterns = "*.wpt;*.rte",
      .route_extension = ".rte",
+     .read = read_pcx5,
+     .write = write_pcx5,
      .track_import = "PCX5 Track *.trk",
      .track_export = "PCX5 Track *.trk",
-     .datum = "WGS 84"},
+     .is_it = is_pcx5,
+     .datum = "WGS 84",
+     .options = opt_posform | opt_name_length | opt_comment,
+     .holds = {.comment = true,
+               .altitude = true,
+               .proximity = true,
+               .time = time_step::second,
+               .routes = true,
+               .route_names = true,
+               .comment_width = 40}},
 
     // Waypoint+
     {.name = "Waypoint+ Text",
      .import_patterns = "*.txt",
      .export_patterns = "*.txt",
-     .datum = "WGS 84"},
+     .read = read_waypoint_plus,
+     .write = write_waypoint_plus,
+     .is_it = is_waypoint_plus,
+     .datum = "WGS 84",
+     .options = opt_name_length | opt_comment,
+     .holds = {.comment = true,
+               .time = time_step::second,
+               .routes = true,
+               .route_names = true,
+               .name_lacks = ","}},
 
     // StreetAtlas
     {.name = "StreetAtlas 7.0",
@@ -91,7 +136,14 @@ const format_row table[] = {
      .options = opt_name_length},
 
     // Mapsource
-    {.name = "Mapsource", .import_patterns = "*.txt"},
+    {.name = "Mapsource",
+     .import_patterns = "*.txt",
+     .holds = {.comment = true,
+               .altitude = true,
+               .proximity = true,
+               .time = time_step::second,
+               .routes = true,
+               .route_names = true}},
 
     // Atlas GIS
     {.name = "Atlas GIS",
