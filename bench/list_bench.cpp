@@ -5,6 +5,7 @@
 #include "core/reset.h"
 #include "core/texts.h"
 #include "waypoints/list.h"
+#include "waypoints/list_sort.h"
 
 #include <benchmark/benchmark.h>
 

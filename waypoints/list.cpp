@@ -9,10 +9,10 @@
 #include "core/shell.h"
 #include "core/texts.h"
 #include "core/trap.h"
+#include "waypoints/list_sort.h"
 #include "waypoints/list_variable.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace velkoro {
 namespace {
@@ -26,12 +26,6 @@ constexpr int key_escape = 0x01000000, key_delete = 0x01000007, key_backspace = 
 row_list& list()
 {
     return Form1.Waypl2.rows;
-}
-
-sort_entry order_in_force()
-{
-    const int n = Form1.sort.selected;
-    return n >= 0 && n < sort_entries ? static_cast<sort_entry>(n) : sort_entry::name;
 }
 
 int row_count()
@@ -49,113 +43,6 @@ void press(control& c)
     if (c.enabled && c.click)
         c.click();
 }
-
-int column_of(sort_entry order)
-{
-    switch (order) {
-    case sort_entry::name: return static_cast<int>(list_col::name);
-    case sort_entry::comment: return static_cast<int>(list_col::comment);
-    case sort_entry::altitude: return static_cast<int>(list_col::altitude);
-    case sort_entry::symbol: return static_cast<int>(list_col::symbol);
-    case sort_entry::proximity: return static_cast<int>(list_col::proximity);
-    case sort_entry::latitude:
-    case sort_entry::longitude: return static_cast<int>(list_col::position);
-    default: return static_cast<int>(list_col::variable);
-    }
-}
-
-sort_entry order_of(list_col column)
-{
-    switch (column) {
-    case list_col::comment: return sort_entry::comment;
-    case list_col::altitude: return sort_entry::altitude;
-    case list_col::symbol: return sort_entry::symbol;
-    case list_col::proximity: return sort_entry::proximity;
-    case list_col::position: return sort_entry::latitude;
-    case list_col::variable:
-        return has_variable_column(order_in_force()) ? order_in_force() : sort_entry::date;
-    default: return sort_entry::name;
-    }
-}
-
-// The variable column shows a distance.
-bool depends_on_unit(sort_entry order)
-{
-    return has_variable_column(order) && order != sort_entry::date && order != sort_entry::routes;
-}
-
-void show_headings()
-{
-    const sort_entry order = order_in_force();
-    std::vector<list_column>& columns = list().columns;
-    for (int c = 0; c < std::min(list_cols, static_cast<int>(columns.size())); ++c)
-        columns[static_cast<std::size_t>(c)].heading =
-            list_heading(static_cast<list_col>(c), order);
-    // Distances are numbers, dates and lists of routes are not.
-    columns[static_cast<std::size_t>(list_col::variable)].right = depends_on_unit(order);
-    list().sort_column = column_of(order);
-    list().changed();
-}
-
-// What a long sort shows, once a second, while it prepares the texts; events are served twice as
-// often. False: stop.
-bool sort_progress(int done, int all, std::uint64_t version)
-{
-    if (!op_due())
-        return true;
-    const double now = platform.ticks();
-    if (now >= wayp_list.progress_due) {
-        wayp_list.progress_due = now + 1;
-        Form1.anz.caption = text(7753, 100LL * done / all);
-    }
-    platform.pump(0);
-    return !wayp_list.break_sort && list().version == version && row_count() == all;
-}
-
-void sort_rows(sort_entry order)
-{
-    const int n = row_count();
-    const std::uint64_t version = list().version;
-    op_restart();
-    wayp_list.progress_due = 0;
-    variable_forget(); // routes and tracks change without a word to the list
-    std::vector<std::string> texts(static_cast<std::size_t>(n));
-    for (int row = 0; row < n; ++row) {
-        texts[static_cast<std::size_t>(row)] = wp_sort_text(wp_index(row), order);
-        if (!sort_progress(row, n, version))
-            return;
-    }
-    std::vector<int> from(texts.size());
-    std::iota(from.begin(), from.end(), 0);
-    const auto text_of = [&](int row) -> const std::string& {
-        return texts[static_cast<std::size_t>(row)];
-    };
-    const bool down = list().sort_down;
-    std::ranges::stable_sort(from, [&](int a, int b) {
-        return down ? text_of(b) < text_of(a) : text_of(a) < text_of(b);
-    });
-
-    std::vector<list_row> sorted(texts.size());
-    int current = -1;
-    for (std::size_t to = 0; to < from.size(); ++to) {
-        const auto row = static_cast<std::size_t>(from[to]);
-        if (from[to] == list().current)
-            current = static_cast<int>(to);
-        sorted[to] = std::move(list().rows[row]);
-        sorted[to].sort = std::move(texts[row]);
-    }
-    list().rows = std::move(sorted);
-    list().current = current;
-    wayp_list.row_of_good = false;
-    list().changed();
-}
-
-struct wait_cursor {
-    wait_cursor() { platform.busy(true); }
-    ~wait_cursor() { platform.busy(false); }
-    wait_cursor(const wait_cursor&) = delete;
-    wait_cursor& operator=(const wait_cursor&) = delete;
-};
 
 void row_added(int index, bool marked)
 {
@@ -219,19 +106,9 @@ std::vector<int> all_indexes()
     return out;
 }
 
-// The words on an empty list come and go with its rows.
-void status_line()
-{
-    const bool empty = list().rows.empty();
-    if (wayp_list.said_empty == empty)
-        return;
-    wayp_list.said_empty = empty;
-    Form1.anz.caption = empty ? text(7602) : std::string{};
-}
-
 bool timer_task()
 {
-    if (!job.code.empty() || wayp_list.sorting) // the batch makes its rows itself
+    if (!job.code.empty() || list_sort.sorting) // the batch makes its rows itself
         return true;
     if (store.wp_dirty)
         list_update();
@@ -243,43 +120,6 @@ bool timer_task()
 
 // Handlers
 // ----------------------------------------------------------------------------------------------
-
-void sort_change()
-try {
-    list().sort_down = false;
-    options_write();
-    sort_apply();
-} catch (...) {
-    trap("sort");
-}
-
-void header_click(int column)
-try {
-    if (column < 0 || column >= list_cols)
-        return;
-    const bool again = list().sort_column == column;
-    if (!again)
-        Form1.sort.selected = static_cast<int>(order_of(static_cast<list_col>(column)));
-    list().sort_down = again && !list().sort_down;
-    options_write();
-    sort_apply();
-} catch (...) {
-    trap("Waypl2_ColumnClick");
-}
-
-void sort_oben_click()
-try {
-    const int current_index = wp_index(list().current);
-    std::stable_partition(list().rows.begin(), list().rows.end(),
-                          [](const list_row& r) { return r.marked; });
-    wayp_list.row_of_good = false;
-    list().current = wp_row(current_index);
-    list().show_row = row_count() > 0 ? 0 : -1;
-    list().sort_column = -1;
-    list().changed();
-} catch (...) {
-    trap("sort_oben");
-}
 
 void mark_all_click()
 {
@@ -356,8 +196,8 @@ bool list_key(int key, bool ctrl, bool)
         press(Form1.B_lösch);
         return true;
     }
-    if (key == key_escape && wayp_list.sorting) {
-        wayp_list.break_sort = true;
+    if (key == key_escape && list_sort.sorting) {
+        list_sort.break_sort = true;
         return true;
     }
     if (!ctrl)
@@ -410,6 +250,7 @@ void wayp_list_install()
     variable = {};
     list() = {};
     make_columns();
+    list_sort_install();
 
     hooks.row_added = row_added;
     hooks.row_changed = row_refresh;
@@ -417,14 +258,7 @@ void wayp_list_install()
     hooks.rows_reset = list_refill;
     hooks.marked_rows = marked_indexes;
     hooks.list_order = all_indexes;
-    hooks.sort_rows = sort_apply;
     hooks.mark_count = mark_count;
-    hooks.units_changed = [] {
-        if (depends_on_unit(order_in_force()))
-            sort_apply();
-        else // an order made by hand stays
-            show_headings();
-    };
     hooks.language_changed = [] {
         show_headings();
         mark_count(); // its words stand in the status line
@@ -437,14 +271,11 @@ void wayp_list_install()
         marks_changed();
     };
     w.change = marks_changed;
-    w.header_click = header_click;
     w.key = list_key;
     w.right_click = [] { platform.popup(Form1.bbb); };
     w.files_dropped = files_dropped;
 
-    Form1.sort.change = sort_change;
     Form1.refp.change = refp_change;
-    Form1.sort_oben.click = sort_oben_click;
     Form1.B_alle.click = mark_all_click;
     Form1.mark_inv.click = mark_inv_click;
     Form1.mark_recover.click = mark_recover_click;
@@ -497,42 +328,6 @@ int wp_row(int index)
     return index >= 0 && index < static_cast<int>(wayp_list.row_of.size())
                ? wayp_list.row_of[static_cast<std::size_t>(index)]
                : -1;
-}
-
-void wayp_sort_do(sort_entry order)
-try {
-    if (wayp_list.sorting) { // asked for by an event that a long sort has served
-        wayp_list.break_sort = wayp_list.sort_again = true;
-        return;
-    }
-    if (store.wp_top < 0 || row_count() == 0)
-        return;
-    wayp_list.sorting = true;
-    const std::string status = Form1.anz.caption;
-    const wait_cursor shown;
-    variable.held = true;
-    do {
-        wayp_list.break_sort = wayp_list.sort_again = false;
-        sort_rows(order);
-        order = order_in_force();
-    } while (wayp_list.sort_again);
-    Form1.anz.caption = status;
-    variable.held = false;
-    wayp_list.sorting = false;
-} catch (...) {
-    wayp_list.sorting = false;
-    variable.held = false;
-    trap("wayp_sort_do");
-}
-
-void sort_apply()
-{
-    if (wayp_list.no_sort)
-        return;
-    show_headings();
-    wayp_sort_do(order_in_force());
-    list_states();
-    status_line();
 }
 
 void row_refresh(int index, bool mark)
@@ -637,6 +432,15 @@ void list_states()
         {&Form1.Edit_w[2], marked}};
     for (const auto& [c, possible] : needs)
         c->enabled = possible && c->click;
+}
+
+void status_line()
+{
+    const bool empty = list().rows.empty();
+    if (wayp_list.said_empty == empty)
+        return;
+    wayp_list.said_empty = empty;
+    Form1.anz.caption = empty ? text(7602) : std::string{};
 }
 
 void refp_fill()

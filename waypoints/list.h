@@ -17,11 +17,6 @@ struct wayp_list_state {
     std::vector<int> row_of{};    ///< row by store index; valid while `row_of_good`
     bool row_of_good = false;     ///< false after rows changed their places
     std::vector<char> snapshot{}; ///< marks by store index, for mark_recover
-    bool sorting = false;         ///< wayp_sort_do is under way and may be pumping
-    bool no_sort = false;         ///< sort_apply does nothing
-    bool break_sort = false;      ///< the running sort stops, the rows keep their order
-    bool sort_again = false;      ///< it starts anew with the order then in force
-    double progress_due = 0;      ///< platform.ticks when a sort next shows how far it is
     int marked_now = 0;           ///< marked rows as of `states_version`
     std::uint64_t states_version = 0;
     std::vector<int> refp_index{};  ///< store indexes behind the entries of `refp`
@@ -41,13 +36,6 @@ int wp_index(int row);
 /// Row of a store index, -1 when it has none.
 int wp_row(int index);
 
-/// Sorts the rows by the order of the drop-down `sort`, equal ones keep their places. Serves events
-/// when it takes long; a change of the rows or `break_sort` (the Escape key) meanwhile ends it, and
-/// the rows stay as they are.
-void wayp_sort_do(sort_entry order);
-/// Sorts by the order in force unless sorting is suppressed.
-void sort_apply();
-
 /// Shows one waypoint's row anew, and marks it when asked; index -1: all rows.
 void row_refresh(int index, bool mark);
 /// Makes all rows anew, in store order and unmarked.
@@ -64,6 +52,8 @@ void marks_changed();
 void mark_snapshot();
 /// Enables the commands that need rows or marks.
 void list_states();
+/// The words of an empty list in the status line come and go with its rows.
+void status_line();
 /// Makes the entries of the reference drop-down if the rows have changed since.
 void refp_fill();
 

@@ -10,6 +10,7 @@
 #include "core/trap.h"
 #include "core/wayp_insert.h"
 #include "waypoints/list.h"
+#include "waypoints/list_sort.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -9,6 +9,7 @@
 #include "tests/support/scripted_platform.h"
 #include "waypoints/conflict.h"
 #include "waypoints/list.h"
+#include "waypoints/list_sort.h"
 
 #include <string>
 #include <vector>

@@ -489,6 +489,7 @@ TEST_F(WaypList, RandomInsertingDeletingAndSortingKeepsRowsAndRecordsTogether)
 
 TEST_F(WaypList, CommandsNeedRowsAndMarks)
 {
+    Form1.neu_mitt.click = Form1.B_kop.click = {};
     list_states();
     EXPECT_FALSE(Form1.B_alle.enabled);
     EXPECT_FALSE(Form1.B_lösch.enabled);
