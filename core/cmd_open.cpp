@@ -6,6 +6,7 @@
 #include "core/settings.h"
 #include "core/shell.h"
 #include "core/text_tools.h"
+#include "core/texts.h"
 #include "core/trap.h"
 
 #include <algorithm>
@@ -84,6 +85,8 @@ try {
         settings.wp_pending = whole_path(path, "Last_W0");
     else if (ends_with_nocase(path, ".t"))
         settings.trk_pending = whole_path(path, "Last_T0");
+    else if (!path.empty() && !force && path != res_gen_command)
+        say(7910, buttons::ok, icon::exclamation, shown_path(path_name(path)));
     if (!settings.wp_pending.empty() || force)
         press(Form1.Wayp_Datei_lesen);
     if (!settings.trk_pending.empty()) // the file read takes tracks too where there is no map

@@ -70,13 +70,14 @@ struct form1_window {
         form, bbb, "neu_mitt", {.caption = "neuer WP aus &Mittelwert", .tag = "7122 7422"}};
     control wayp_neu{form, bbb, "wayp_neu", {.caption = "&neue Liste", .tag = "7123 7423"}};
     control Zeit_LS{form, bbb, "Zeit_LS", {.caption = "&Zeitzone dieser Liste", .tag = "7124"}};
-    control Zeit_LZ[6] = {{form, Zeit_LS, "Zeit_LZ", {.caption = "UTC", .tag = "7190"}, 0},
-                          {form, Zeit_LS, "Zeit_LZ", {.caption = "Berlin (MEZ)", .tag = "7191"}, 1},
-                          {form, Zeit_LS, "Zeit_LZ", {.caption = "London", .tag = "7192"}, 2},
-                          {form, Zeit_LS, "Zeit_LZ", {.caption = "New York", .tag = "7193"}, 3},
-                          {form, Zeit_LS, "Zeit_LZ", {.caption = "Sydney", .tag = "7194"}, 4},
-                          {form, Zeit_LS, "Zeit_LZ", {.caption = "andere...", .tag = "7195"}, 5}};
-    control Zeit_LH{form, Zeit_LS, "Zeit_LH", {.caption = "Hilfe...", .tag = "7196"}};
+    control Zeit_LZ[6] = {
+        {form, Zeit_LS, "Zeit_LZ", {.caption = "UTC", .tag = "7190 7928"}, 0},
+        {form, Zeit_LS, "Zeit_LZ", {.caption = "Berlin (MEZ)", .tag = "7191 7928"}, 1},
+        {form, Zeit_LS, "Zeit_LZ", {.caption = "London", .tag = "7192 7928"}, 2},
+        {form, Zeit_LS, "Zeit_LZ", {.caption = "New York", .tag = "7193 7928"}, 3},
+        {form, Zeit_LS, "Zeit_LZ", {.caption = "Sydney", .tag = "7194 7928"}, 4},
+        {form, Zeit_LS, "Zeit_LZ", {.caption = "andere...", .tag = "7195 7928"}, 5}};
+    control Zeit_LH{form, Zeit_LS, "Zeit_LH", {.caption = "Hilfe...", .tag = "7196 7929"}};
     control bbb_s1{form, bbb, "bbb_s1", {.caption = "-"}};
     control mark_recover{
         form, bbb, "mark_recover", {.caption = "Markierung wiederherstellen", .tag = "7125 7425"}};
@@ -101,45 +102,53 @@ struct form1_window {
     control gar_ident{
         form, mg, "gar_ident", {.caption = "&Empfänger Eigenschaften"_w, .tag = "7142 7442"}};
     control p{form, mg, "p", {.caption = "&Serieller Anschluss", .tag = "7143"}};
-    control menu_com[10] = {{form, p, "menu_com", {.caption = "COM&1"}, 1},
-                            {form, p, "menu_com", {.caption = "COM&2"}, 2},
-                            {form, p, "menu_com", {.caption = "COM&3"}, 3},
-                            {form, p, "menu_com", {.caption = "COM&4"}, 4},
-                            {form, p, "menu_com", {.caption = "COM&5"}, 5},
-                            {form, p, "menu_com", {.caption = "COM&6"}, 6},
-                            {form, p, "menu_com", {.caption = "COM&7"}, 7},
-                            {form, p, "menu_com", {.caption = "COM&8"}, 8},
-                            {form, p, "menu_com", {.caption = "&automatisch", .tag = "7144"}, 9},
-                            {form, p, "menu_com", {.caption = "&USB", .tag = "7145"}, 100}};
+    control menu_com[10] = {
+        {form, p, "menu_com", {.caption = "COM&1", .tag = "0 7931"}, 1},
+        {form, p, "menu_com", {.caption = "COM&2", .tag = "0 7931"}, 2},
+        {form, p, "menu_com", {.caption = "COM&3", .tag = "0 7931"}, 3},
+        {form, p, "menu_com", {.caption = "COM&4", .tag = "0 7931"}, 4},
+        {form, p, "menu_com", {.caption = "COM&5", .tag = "0 7931"}, 5},
+        {form, p, "menu_com", {.caption = "COM&6", .tag = "0 7931"}, 6},
+        {form, p, "menu_com", {.caption = "COM&7", .tag = "0 7931"}, 7},
+        {form, p, "menu_com", {.caption = "COM&8", .tag = "0 7931"}, 8},
+        {form, p, "menu_com", {.caption = "&automatisch", .tag = "7144 7932"}, 9},
+        {form, p, "menu_com", {.caption = "&USB", .tag = "7145 7933"}, 100}};
     control backup{form, mg, "backup", {.caption = "&Backup-Dateien", .tag = "7146 7446"}};
     control pc{form, mg, "pc", {.caption = "PC-&Uhr stellen", .tag = "7147 7447"}};
     control Zeit_S{form, mg, "Zeit_S", {.caption = "&Zeitzone zuhause", .tag = "7148"}};
-    control Zeit_Z[6] = {{form, Zeit_S, "Zeit_Z", {.caption = "UTC", .tag = "7190"}, 0},
-                         {form, Zeit_S, "Zeit_Z", {.caption = "Berlin (MEZ)", .tag = "7191"}, 1},
-                         {form, Zeit_S, "Zeit_Z", {.caption = "London", .tag = "7192"}, 2},
-                         {form, Zeit_S, "Zeit_Z", {.caption = "New York", .tag = "7193"}, 3},
-                         {form, Zeit_S, "Zeit_Z", {.caption = "Sydney", .tag = "7194"}, 4},
-                         {form, Zeit_S, "Zeit_Z", {.caption = "andere...", .tag = "7195"}, 5}};
-    control Zeit_H{form, Zeit_S, "Zeit_H", {.caption = "Hilfe...", .tag = "7196"}};
+    control Zeit_Z[6] = {
+        {form, Zeit_S, "Zeit_Z", {.caption = "UTC", .tag = "7190 7930"}, 0},
+        {form, Zeit_S, "Zeit_Z", {.caption = "Berlin (MEZ)", .tag = "7191 7930"}, 1},
+        {form, Zeit_S, "Zeit_Z", {.caption = "London", .tag = "7192 7930"}, 2},
+        {form, Zeit_S, "Zeit_Z", {.caption = "New York", .tag = "7193 7930"}, 3},
+        {form, Zeit_S, "Zeit_Z", {.caption = "Sydney", .tag = "7194 7930"}, 4},
+        {form, Zeit_S, "Zeit_Z", {.caption = "andere...", .tag = "7195 7930"}, 5}};
+    control Zeit_H{form, Zeit_S, "Zeit_H", {.caption = "Hilfe...", .tag = "7196 7929"}};
     control back_b{form, mg, "back_b", {.caption = "&Hintergrund blau", .tag = "7149 7449"}};
     control ei_dist{form, mg, "ei_dist", {.caption = "Einheit für &Entfernung"_w, .tag = "7150"}};
-    control einh[3] = {{form, ei_dist, "einh", {.caption = "&Kilometer", .tag = "7151"}, 0},
-                       {form, ei_dist, "einh", {.caption = "&Meile", .tag = "7152"}, 1},
-                       {form, ei_dist, "einh", {.caption = "&Nautische Meile", .tag = "7153"}, 2}};
+    control einh[3] = {
+        {form, ei_dist, "einh", {.caption = "&Kilometer", .tag = "7151 7934"}, 0},
+        {form, ei_dist, "einh", {.caption = "&Meile", .tag = "7152 7934"}, 1},
+        {form, ei_dist, "einh", {.caption = "&Nautische Meile", .tag = "7153 7934"}, 2}};
     control ei_s{form, mg, "ei_s", {.caption = "Einheit für &Geschwindigkeit"_w, .tag = "7154"}};
-    control einh_s[3] = {{form, ei_s, "einh_s", {.caption = "km/h", .tag = "7155"}, 0},
-                         {form, ei_s, "einh_s", {.caption = "mph", .tag = "7156"}, 1},
-                         {form, ei_s, "einh_s", {.caption = "Knoten", .tag = "7157"}, 2}};
+    control einh_s[3] = {{form, ei_s, "einh_s", {.caption = "km/h", .tag = "7155 7935"}, 0},
+                         {form, ei_s, "einh_s", {.caption = "mph", .tag = "7156 7935"}, 1},
+                         {form, ei_s, "einh_s", {.caption = "Knoten", .tag = "7157 7935"}, 2}};
     control ei_alt{form, mg, "ei_alt", {.caption = "Einheit für &Höhe"_w, .tag = "7158"}};
-    control einh_alt[2] = {{form, ei_alt, "einh_alt", {.caption = "&Meter", .tag = "7159"}, 0},
-                           {form, ei_alt, "einh_alt", {.caption = "&Fuß"_w, .tag = "7160"}, 1}};
+    control einh_alt[2] = {
+        {form, ei_alt, "einh_alt", {.caption = "&Meter", .tag = "7159 7936"}, 0},
+        {form, ei_alt, "einh_alt", {.caption = "&Fuß"_w, .tag = "7160 7936"}, 1}};
     control ei_grid{
         form, mg, "ei_grid", {.caption = "Einheit für metrische Koordinaten"_w, .tag = "7161"}};
     control ei_grid_u[4] = {
-        {form, ei_grid, "ei_grid_u", {.caption = "&m", .tag = "7162"}, 0},
-        {form, ei_grid, "ei_grid_u", {.caption = "&km (mit Punkt)", .tag = "7163"}, 1},
+        {form, ei_grid, "ei_grid_u", {.caption = "&m", .tag = "7162 7937"}, 0},
+        {form, ei_grid, "ei_grid_u", {.caption = "&km (mit Punkt)", .tag = "7163 7937"}, 1},
         {form, ei_grid, "ei_grid_u", {.caption = "-"}, 2},
-        {form, ei_grid, "ei_grid_u", {.caption = "UTM: führende 0 ergänzen"_w, .tag = "7164"}, 3}};
+        {form,
+         ei_grid,
+         "ei_grid_u",
+         {.caption = "UTM: führende 0 ergänzen"_w, .tag = "7164 7938"},
+         3}};
 
     // Profile
     control pr{form, kind::menu, "pr", {.caption = "&Profil", .tag = "7170"}};
@@ -152,9 +161,9 @@ struct form1_window {
     // Help
     control Hilfe{form, kind::menu, "Hilfe", {.caption = "&Hilfe", .tag = "7180"}};
     control hilf[3] = {
-        {form, Hilfe, "hilf", {.caption = "&Inhalt", .tag = "7181"}, 0},
-        {form, Hilfe, "hilf", {.caption = "&Neu in dieser Version", .tag = "7182"}, 1},
-        {form, Hilfe, "hilf", {.caption = "&Über VELkoro..."_w, .tag = "7183"}, 2}};
+        {form, Hilfe, "hilf", {.caption = "&Inhalt", .tag = "7181 7939"}, 0},
+        {form, Hilfe, "hilf", {.caption = "&Neu in dieser Version", .tag = "7182 7940"}, 1},
+        {form, Hilfe, "hilf", {.caption = "&Über VELkoro..."_w, .tag = "7183 7941"}, 2}};
 
     // Body, top to bottom
     control wayp_titel{
@@ -181,10 +190,10 @@ struct form1_window {
     control posform{form, kind::combo, "posform", {.tag = "0 7511"}};
     control Datum{form, kind::combo, "Datum", {.tag = "0 7512"}};
     control zone{form, kind::combo, "zone", {.tag = "0 7513", .visible = false}};
-    control Waypl2{form, kind::list, "Waypl2"};
-    control anz{form, kind::label, "anz"};
+    control Waypl2{form, kind::list, "Waypl2", {.tag = "0 7917"}};
+    control anz{form, kind::label, "anz", {.tag = "0 7918"}};
     control filnam{form, kind::label, "filnam"};
-    control profil_anz{form, kind::label, "profil_anz"};
+    control profil_anz{form, kind::label, "profil_anz", {.tag = "0 7919"}};
     control garmin{form, kind::label, "garmin", {.visible = false}}; ///< place of the serial line
     control DDE_1{form, kind::text, "DDE_1", {.visible = false}};    ///< link target
     control DDE_2{form, kind::text, "DDE_2", {.visible = false}};    ///< link client

@@ -17,10 +17,12 @@ struct op_window {
     control ring{form,
                  kind::bar,
                  "ring",
-                 {.value = -1, .max = 1000}}; ///< value 0 to 1000; -1 turns without a number
-    control akt{form, kind::label, "akt"};    ///< receiver name, file name
-    control anz{form, kind::label, "anz"};    ///< the current step
-    control Abbr{form, kind::button, "Abbr", {.caption = "Abbr", .tag = "7301"}};
+                 {.tag = "0 7920",
+                  .value = -1,
+                  .max = 1000}};           ///< value 0 to 1000; -1 turns without a number
+    control akt{form, kind::label, "akt"}; ///< receiver name, file name
+    control anz{form, kind::label, "anz"}; ///< the current step
+    control Abbr{form, kind::button, "Abbr", {.caption = "Abbr", .tag = "7301 7923"}};
     control Dummy{form, kind::button, "Dummy"};
     op_window();
 };
@@ -28,9 +30,9 @@ extern op_window op;
 
 struct op2_window {
     window form{"op2", "VELkoro"};
-    control anz{form, kind::label, "anz"};
-    control anz2{form, kind::label, "anz2"};
-    control OK{form, kind::button, "OK", {.caption = "OK", .tag = "7302"}};
+    control anz{form, kind::label, "anz", {.tag = "0 7924"}};
+    control anz2{form, kind::label, "anz2", {.tag = "0 7924"}};
+    control OK{form, kind::button, "OK", {.caption = "OK", .tag = "7302 7915"}};
     op2_window();
 };
 extern op2_window op2;

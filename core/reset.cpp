@@ -8,6 +8,8 @@
 #include "core/texts.h"
 #include "core/wayp_insert.h"
 
+#include <utility>
+
 namespace velkoro {
 
 void reset_all()
@@ -19,9 +21,8 @@ void reset_all()
     log_close();
     text_table = {};
     symbols = {};
-    job.code.clear();
-    job.op_cancel = false;
-    job.last_pump = 0;
+    // What the folders have installed stays.
+    job = {.jobs = std::move(job.jobs), .ended = std::move(job.ended)};
 }
 
 } // namespace velkoro

@@ -24,6 +24,16 @@ constexpr double mark_delay_s = 0.5;  // after the last change of a sweep of cli
 constexpr double midnight_gap_s = 10; // less than that is the clock being set, not midnight
 constexpr int last_save_step = 2;     // the shutdown steps that ask
 
+bool waypoints_unsaved()
+{
+    return store.wp_dirty && (store.wp_top >= 0 || store.rou_top >= 0);
+}
+
+bool track_unsaved()
+{
+    return store.trk_dirty && store.trk_top >= 0;
+}
+
 // The question before data are lost. False: stay.
 bool save_before_end(bool changed, int question, int failure, const std::string& path,
                      const std::function<bool(int)>& save)
@@ -55,14 +65,12 @@ std::string home_as_tilde(const std::string& path)
 
 bool save_waypoints()
 {
-    const bool any = store.wp_top >= 0 || store.rou_top >= 0;
-    return save_before_end(store.wp_dirty && any, 1030, 1050, settings.wp_file, hooks.wayp_save);
+    return save_before_end(waypoints_unsaved(), 1030, 1050, settings.wp_file, hooks.wayp_save);
 }
 
 bool save_track()
 {
-    return save_before_end(store.trk_dirty && store.trk_top >= 0, 1060, 1070, settings.trk_file,
-                           hooks.track_save);
+    return save_before_end(track_unsaved(), 1060, 1070, settings.trk_file, hooks.track_save);
 }
 
 bool back_to_start_folder()
@@ -240,7 +248,8 @@ void options_write()
 
 void shell_show_state()
 {
-    const bool dirty = store.wp_dirty || store.trk_dirty;
+    // The mark promises the question at the end: an empty list has nothing to save.
+    const bool dirty = waypoints_unsaved() || track_unsaved();
     Form1.form.modified = dirty;
     const std::string& path = settings.wp_file.empty() ? settings.trk_file : settings.wp_file;
     Form1.form.text = shown_path(path_name(path)); // the title names it

@@ -3,6 +3,7 @@
 #include "core/form1.h"
 #include "core/help_pages.h"
 #include "core/hooks.h"
+#include "core/info.h"
 #include "core/platform.h"
 #include "core/settings.h"
 #include "core/shell.h"
@@ -20,8 +21,8 @@ using entry_list = std::vector<std::unique_ptr<control>>;
 // Makes the entries of a menu whose number changes at run time. Entries that stay keep their
 // record: one of them may be the one whose handler is running.
 void set_entries(entry_list& entries, control& menu, const char* name,
-                 const std::vector<std::string>& captions, void (*chosen)(int),
-                 const control* ahead)
+                 const std::vector<std::string>& captions, const std::string& tooltip,
+                 void (*chosen)(int), const control* ahead)
 {
     while (entries.size() > captions.size())
         entries.pop_back();
@@ -34,8 +35,10 @@ void set_entries(entry_list& entries, control& menu, const char* name,
         if (place != all.end()) // the order of the controls is that of the menu
             std::rotate(place, all.end() - 1, all.end());
     }
-    for (std::size_t n = 0; n < entries.size(); ++n)
+    for (std::size_t n = 0; n < entries.size(); ++n) {
         entries[n]->caption = captions[n];
+        entries[n]->tooltip = tooltip;
+    }
 }
 
 // A name in a menu: its "&" are no access letters.
@@ -117,8 +120,7 @@ try {
 void hilf_click(int n)
 try {
     if (n == 2)
-        platform.message(
-            {.text = text(7320, VELKORO_VERSION), .icon = icon::information, .number = 7320});
+        run_window(info.form);
     else
         platform.help(n == 0 ? "index" : "news");
 } catch (...) {
@@ -160,7 +162,8 @@ void language_menu()
     const auto chosen = static_cast<std::size_t>(text_table.language);
     if (chosen < captions.size())
         captions[chosen] = text(11); // with the access letter that the language's authors gave it
-    set_entries(Form1.m_lang_sel, Form1.m_lang, "m_lang_sel", captions, language_click, nullptr);
+    set_entries(Form1.m_lang_sel, Form1.m_lang, "m_lang_sel", captions, text(7942), language_click,
+                nullptr);
     for (std::size_t n = 0; n < Form1.m_lang_sel.size(); ++n)
         Form1.m_lang_sel[n]->checked = n == chosen;
 }
@@ -171,7 +174,7 @@ void profile_menu()
     std::vector<std::string> captions;
     for (const std::string& name : names)
         captions.push_back(as_caption(name));
-    set_entries(Form1.prof, Form1.pr, "prof", captions, prof_click, &Form1.pr_s1);
+    set_entries(Form1.prof, Form1.pr, "prof", captions, text(7943), prof_click, &Form1.pr_s1);
     for (std::size_t n = 0; n < names.size(); ++n)
         Form1.prof[n]->checked = names[n] == settings.profile;
     Form1.prof_lösch.enabled = profile_deletable();

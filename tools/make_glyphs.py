@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
-"""Draws the waypoint glyphs ui/icons/g_<name>.svg, one for each glyph name of data/glyphs.csv.
+"""Draws the waypoint glyphs ui/icons/g_<name>.svg, one for each glyph name of data/glyphs.csv, and
+names them in ui/resources.qrc.
 
     tools/make_glyphs.py            writes the files
     tools/make_glyphs.py --check    writes nothing, exits 1 when a file is missing or differs
 
 A glyph is a badge on a 20 x 20 grid with a white rim, and a drawing in white on it: a disc for
 nature and marks, a rounded square for buildings and services, as on road signs. Buoys and plain
-shapes have no badge but their own form. The colour is the one that most symbols of the name have
-in the table, the first of them when several are equally frequent.
+shapes have no badge but their own form. A name that ends in its colour is the drawing of the name
+ahead of it in that colour.
 
 A drawing is a list of parts, separated by ";". The first word says how a part is drawn:
     s, t, k   line of 1.6, 1.2, 2.8, in white
@@ -16,9 +17,9 @@ A drawing is a list of parts, separated by ";". The first word says how a part i
     ring, thin_ring, dot, hole    circle "x y radius": line of 1.6, of 1.2, area in white, in the
               badge's colour
     form, form2    the form of a glyph without badge, in its first and second colour
-A "~" in a path is a wave of four arcs. A yellow badge has black in the place of white.
+A "~" in a path is a wave of four arcs. A yellow or white badge has black in the place of white,
+and what is white has a black rim.
 """
-import collections
 import csv
 import pathlib
 import sys
@@ -28,6 +29,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 COLOURS = {
     "blue": "#1257a6", "black": "#33393f", "green": "#1d6b3a", "red": "#b3261e",
     "brown": "#7a4a1e", "orange": "#b85c00", "violet": "#6a3a9a", "yellow": "#f2c200",
+    "magenta": "#a3126f", "white": "#fff",
 }
 BADGES = {
     "disc": '<circle cx="10" cy="10" r="8.6"/>',
@@ -290,18 +292,14 @@ GLYPHS = {
         "0l4.5-4.5a3.7 3.7 0 0 0 4.6-4.8l-2.2 2.2-1.7-.3-.3-1.7z"),
     "zone": ("disc", "f M4.6 8l5-3.6 5.8 2.4-1 6.6L7 15z; y M5.6 12.8l6-8.4M9.4 15l5.4-7.6"),
 }
-# A buoy has seven colours in the table; orange stands out from water and from paper.
-OWN_COLOUR = {"buoy": "orange"}
-
-
-def colours():
-    """Colour of each glyph name of the table, "upper/lower" for two."""
-    counted = collections.defaultdict(collections.Counter)
+def pictures():
+    """Drawing and colour of each glyph name of the table; "upper/lower" for two colours."""
+    found = {}
     with open(ROOT / "data" / "glyphs.csv", encoding="utf-8", newline="") as file:
         for row in csv.DictReader(file, delimiter=";"):
-            counted[row["glyph"]][row["colour"]] += 1
-    return {name: OWN_COLOUR.get(name) or count.most_common(1)[0][0]
-            for name, count in counted.items()}
+            name, colour = row["glyph"], row["colour"]
+            found[name] = (name.removesuffix("_" + colour.replace("/", "_")), colour)
+    return found
 
 
 def element(kind, data, colour, ink):
@@ -321,10 +319,12 @@ def element(kind, data, colour, ink):
 
 
 def glyph(name, colour_name):
-    """The SVG text of a glyph."""
+    """The SVG text of a drawing in a colour."""
     badge, drawing = GLYPHS[name]
     colour, *second = (COLOURS[c] for c in colour_name.split("/"))
-    ink = COLOURS["black"] if colour_name == "yellow" else "#fff"
+    white = "white" in colour_name
+    ink = COLOURS["black"] if white or colour_name == "yellow" else "#fff"
+    rim, rim_width = (COLOURS["black"], "1") if white else ("#fff", "1.8")
     ground, lines = BADGES.get(badge, ""), ""
     for text in drawing.split(";"):
         kind, data = text.strip().split(" ", 1)
@@ -336,28 +336,44 @@ def glyph(name, colour_name):
             lines += element(kind, data, colour, ink)
     round_line = 'stroke-linecap="round" stroke-linejoin="round"'
     svg = ('<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 20">'
-           f'<g fill="{colour}" stroke="#fff" stroke-width="1.8" stroke-linejoin="round">{ground}</g>')
+           f'<g fill="{colour}" stroke="{rim}" stroke-width="{rim_width}" stroke-linejoin="round">'
+           f'{ground}</g>')
     if lines:
         svg += f'<g fill="none" stroke="{ink}" stroke-width="1.6" {round_line}>{lines}</g>'
     return svg + "</svg>\n"
 
 
+def resources(names):
+    """ui/resources.qrc with the glyphs of these names in the place of those it lists."""
+    lines = (ROOT / "ui" / "resources.qrc").read_text(encoding="utf-8").splitlines(keepends=True)
+    listed = [line for line in lines if "<file>icons/g_" in line]
+    at = lines.index(listed[0])
+    kept = [line for line in lines if line not in listed]
+    return "".join(kept[:at] + [f"    <file>icons/g_{n}.svg</file>\n" for n in sorted(names)]
+                   + kept[at:]).encode("utf-8")
+
+
 def main():
-    wanted = colours()
-    if set(wanted) != set(GLYPHS):
-        sys.exit("drawings and table differ: " + " ".join(sorted(set(wanted) ^ set(GLYPHS))))
+    wanted = pictures()
+    drawn = {drawing for drawing, _ in wanted.values()}
+    if drawn != set(GLYPHS):
+        sys.exit("drawings and table differ: " + " ".join(sorted(drawn ^ set(GLYPHS))))
+    icons = ROOT / "ui" / "icons"
+    files = {icons / f"g_{name}.svg": glyph(*picture).encode("ascii")
+             for name, picture in wanted.items()}
+    files[ROOT / "ui" / "resources.qrc"] = resources(wanted)
+    unused = sorted(path.name for path in icons.glob("g_*.svg") if path not in files)
+    if unused:
+        sys.exit("of no symbol: " + " ".join(unused))
     stale = []
-    for name, colour in sorted(wanted.items()):
-        path = ROOT / "ui" / "icons" / f"g_{name}.svg"
-        content = glyph(name, colour).encode("ascii")
-        if "--check" in sys.argv[1:]:
-            if not path.is_file() or path.read_bytes() != content:
-                stale.append(path.name)
-        else:
-            path.parent.mkdir(parents=True, exist_ok=True)
+    for path, content in files.items():
+        if path.is_file() and path.read_bytes() == content:
+            continue
+        stale.append(path.name)
+        if "--check" not in sys.argv[1:]:
             path.write_bytes(content)
-    if stale:
-        sys.exit("not as drawn: " + " ".join(stale))
+    if stale and "--check" in sys.argv[1:]:
+        sys.exit("not as drawn: " + " ".join(sorted(stale)))
 
 
 if __name__ == "__main__":

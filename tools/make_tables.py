@@ -7,6 +7,7 @@
 The tables are Windows-1252 with CRLF line ends, as people edit them on any system; glyphs.csv is
 read by the program only and is UTF-8.
 """
+import collections
 import csv
 import pathlib
 import sys
@@ -32,12 +33,25 @@ def symbols(level, name_column):
         f"{int(r['table_number']):02d}:{r['receiver_hex']} {r[name_column]}" for r in listed)
 
 
+# A buoy has seven colours in the table; orange stands out from water and from paper.
+OWN_COLOUR = {"buoy": "orange"}
+
+
 def glyphs():
+    """The glyph of each symbol. It bears the name of its drawing; in another colour than the one
+    that most symbols of the drawing have, the first of them when several are equally frequent, the
+    colour's name follows: "flag", "flag_blue"."""
     lines = ["level;number;glyph;family;colour"]
     listed = [r for r in rows("garmin_symbols.csv") if r["table_number"]]
     listed.sort(key=lambda r: (int(r["level"]), int(r["table_number"])))
+    counted = collections.defaultdict(collections.Counter)
     for r in listed:
-        lines.append(";".join((r["level"], r["table_number"], r["glyph"], r["glyph_family"], r["colour"])))
+        counted[r["glyph"]][r["colour"]] += 1
+    for r in listed:
+        name, colour = r["glyph"], r["colour"]
+        if colour != (OWN_COLOUR.get(name) or counted[name].most_common(1)[0][0]):
+            name += "_" + colour.replace("/", "_")
+        lines.append(";".join((r["level"], r["table_number"], name, r["glyph_family"], colour)))
     return "".join(line + "\n" for line in lines).encode("utf-8")
 
 

@@ -100,7 +100,8 @@ void dress_form(QWidget& top)
         if (const QString icon = w->property("icon_name").toString(); !icon.isEmpty()) {
             if (auto* b = qobject_cast<QAbstractButton*>(w)) {
                 b->setIcon(make_icon(icon));
-                b->setIconSize({icon_size, icon_size});
+                const int side = w->property("icon_side").toInt();
+                b->setIconSize(side > 0 ? QSize(side, side) : QSize(icon_size, icon_size));
             } else if (auto* l = qobject_cast<QLabel*>(w))
                 new label_icon(*l, icon);
         }

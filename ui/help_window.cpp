@@ -482,6 +482,7 @@ constexpr std::array window_topics = {
     window_topic{"WAYPOINT", "editing"},
     window_topic{"einfüg_q", "conflicts"},
     window_topic{"such",     "searching"},
+    window_topic{"info",     "problems"},
     window_topic{"op",       "main_window"},
     window_topic{"op2",      "conflicts"},
     window_topic{"sellang",  "first_steps"},

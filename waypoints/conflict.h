@@ -17,7 +17,7 @@ inline constexpr int sel_both = 0, sel_old = 1, sel_new = 2;
 
 struct einfüg_q_window {
     window form{"einfüg_q", "Waypoint schon vorhanden", "720"};
-    control entf{form, kind::label, "entf"}; ///< distance with unit
+    control entf{form, kind::label, "entf", {.tag = "0 7945"}}; ///< distance with unit
     control wp_sel[3] = {
         {form,
          kind::option,

@@ -45,21 +45,21 @@ struct waypoint_window {
     control refp{form, kind::label, "refp", {.tag = "0 7849"}};
     control bear{form, kind::text, "bear", {.tag = "0 7850"}};
     control dist{form, kind::text, "dist", {.tag = "0 7851"}};
-    control dist_km{form, kind::label, "dist_km"};
+    control dist_km{form, kind::label, "dist_km", {.tag = "0 7944"}};
     control relativ{form, kind::combo, "relativ", {.tag = "0 7852"}};
     control TT_lat_rel{form, kind::label, "TT_lat_rel", {.caption = "nach Nor&den", .tag = "7819"}};
     control lat_rel{form, kind::text, "lat_rel", {.tag = "0 7853"}};
-    control lat_rel_e{form, kind::label, "lat_rel_e"}; ///< unit
+    control lat_rel_e{form, kind::label, "lat_rel_e", {.tag = "0 7944"}}; ///< unit
     control TT_lon_rel{form, kind::label, "TT_lon_rel", {.caption = "nach Os&ten", .tag = "7820"}};
     control lon_rel{form, kind::text, "lon_rel", {.tag = "0 7854"}};
-    control lon_rel_e{form, kind::label, "lon_rel_e"};
+    control lon_rel_e{form, kind::label, "lon_rel_e", {.tag = "0 7944"}};
     control alt{form, kind::frame, "alt"};
     control alt_feld{form, kind::text, "alt_feld", {.tag = "0 7855"}};
-    control alt_m{form, kind::label, "alt_m"};
+    control alt_m{form, kind::label, "alt_m", {.tag = "0 7944"}};
     control prox{form, kind::frame, "prox"};
     control Prox_akt{form, kind::check, "Prox_akt", {.caption = "&Proximity", .tag = "7823 7856"}};
     control Prox_feld{form, kind::text, "Prox_feld", {.tag = "0 7857"}};
-    control prox_km{form, kind::label, "prox_km"};
+    control prox_km{form, kind::label, "prox_km", {.tag = "0 7944"}};
     control Maßstab_akt{
         form, kind::check, "Maßstab_akt", {.caption = "in mm, &Karte 1 :", .tag = "7824 7858"}};
     control Maßstab_feld{form, kind::text, "Maßstab_feld", {.tag = "0 7859"}};

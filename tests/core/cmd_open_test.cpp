@@ -86,12 +86,22 @@ TEST_F(CmdOpen, WithoutAMapWindowTheFileReadTakesTheTrack)
     EXPECT_EQ(tracks, (paths{"/data/x.t"}));
 }
 
-TEST_F(CmdOpen, OtherTextsOpenNothing)
+TEST_F(CmdOpen, AnEmptyTextOpensNothing)
 {
     cmd_open("", false);
-    cmd_open("readme.txt", false);
+    cmd_open("\"\"", false);
     EXPECT_TRUE(waypoints.empty());
     EXPECT_TRUE(tracks.empty());
+    EXPECT_TRUE(user.messages.empty());
+}
+
+TEST_F(CmdOpen, AFileOfAnotherKindIsToldByItsName)
+{
+    cmd_open("\"/my files/readme.txt\"", false);
+    EXPECT_TRUE(waypoints.empty());
+    EXPECT_TRUE(tracks.empty());
+    ASSERT_EQ(user.numbers(), (std::vector<int>{7910}));
+    EXPECT_EQ(user.messages[0].text, text(7910, "readme.txt"));
 }
 
 TEST_F(CmdOpen, ForceRunsTheWaypointReadWithoutAFile)

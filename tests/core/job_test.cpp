@@ -178,3 +178,23 @@ TEST_F(Job, TheClockIsReadNowAndThenOnly)
     run_job("W_O");
     EXPECT_LT(readings, 1000);
 }
+
+TEST_F(Job, AResetPutsItsTimingBackAndKeepsWhatIsInstalled)
+{
+    job.jobs["W_O"] = [] {};
+    job.code = "W_O";
+    job.op_cancel = true;
+    op_restart();
+    user.time_s += 1;
+    EXPECT_TRUE(op_due());
+    EXPECT_GT(job.last_look, 0);
+    EXPECT_GT(job.calls_to_look, 0);
+    reset_all();
+    EXPECT_EQ(job.code, "");
+    EXPECT_FALSE(job.op_cancel);
+    EXPECT_EQ(job.last_look, 0);
+    EXPECT_EQ(job.last_pump, 0);
+    EXPECT_EQ(job.calls, 0);
+    EXPECT_EQ(job.calls_to_look, 0);
+    EXPECT_TRUE(job.jobs.contains("W_O"));
+}

@@ -1,6 +1,8 @@
 #include "tests/core/shell_fixture.h"
 
 #include "core/hooks.h"
+#include "core/info.h"
+#include "core/log.h"
 
 #include <stdexcept>
 
@@ -259,6 +261,8 @@ TEST_F(Shell, TheTimerIsFastEnoughForTheMarkCount)
 TEST_F(Shell, UnsavedDataShowInTitleAndFileName)
 {
     settings.wp_file = "/data/harz.wp";
+    store.wp.push_back({.nam = "BROCKN"});
+    store.wp_top = 0;
     Form1.wayp_big_timer.tick();
     EXPECT_EQ(Form1.filnam.caption, "/data/harz.wp");
     EXPECT_FALSE(Form1.form.modified);
@@ -380,11 +384,47 @@ TEST_F(Shell, HelpNeedsItsPages)
     EXPECT_EQ(topics, (lines{"index", "news"}));
 }
 
-TEST_F(Shell, TheAboutBoxNamesTheVersion)
+TEST_F(Shell, TheAboutWindowNamesTheVersion)
 {
+    bool seen = false;
+    platform.wait_closed = [&](window& w) {
+        seen = &w == &info.form;
+        EXPECT_TRUE(w.modal);
+        EXPECT_NE(info.anz.caption.find("1."), std::string::npos);
+        EXPECT_EQ(info.log_anz.caption, "");
+        info.OK.click();
+    };
     Form1.hilf[2].click();
-    ASSERT_EQ(user.numbers(), (std::vector<int>{7320}));
-    EXPECT_NE(user.messages[0].text.find("1."), std::string::npos);
+    EXPECT_TRUE(seen);
+    EXPECT_FALSE(info.form.shown);
+    EXPECT_TRUE(user.messages.empty());
+}
+
+TEST_F(Shell, APictureInTheAboutWindowOpensTheLogAndSaysSo)
+{
+    platform.wait_closed = [&](window& w) {
+        user.answers = {answer::cancel};
+        info.Bild.click();
+        EXPECT_FALSE(log_book.log_on);
+        info.Bild.click();
+        EXPECT_TRUE(log_book.log_on);
+        EXPECT_EQ(info.log_anz.caption, text(7916));
+        info.Bild.click();
+        w.shown = false;
+    };
+    Form1.hilf[2].click();
+    EXPECT_EQ(user.numbers(), (std::vector<int>{7720, 7720})) << "the third click does nothing";
+    EXPECT_TRUE(home.has("velkoro.log"));
+    log_close();
+}
+
+TEST_F(Shell, AnEmptyListHasNothingToSaveAndBearsNoMark)
+{
+    store.wp_dirty = true; // a title was typed
+    shell_show_state();
+    EXPECT_FALSE(Form1.form.modified);
+    EXPECT_TRUE(close_window(Form1.form));
+    EXPECT_TRUE(user.messages.empty());
 }
 
 TEST_F(Shell, WhatNobodyServesIsDisabled)

@@ -256,6 +256,20 @@ TEST(SymbolFiles, HaveADrawingForEveryGlyph)
     }
 }
 
+TEST(SymbolFiles, OfOneDrawingInTwoColoursHaveTwoPictures)
+{
+    std::map<std::string, std::string> colour_of;
+    const std::string bytes = data_file("glyphs.csv");
+    const auto lines = split_lines(bytes);
+    for (std::size_t i = 1; i < lines.size(); ++i) {
+        const auto f = fields_of(std::string(lines[i]), ";");
+        EXPECT_EQ(colour_of.emplace(f.at(2), f.at(4)).first->second, f.at(4)) << lines[i];
+    }
+    EXPECT_EQ(colour_of["flag"], "red");
+    EXPECT_EQ(colour_of["flag_blue"], "blue");
+    EXPECT_NE(data_file("../ui/icons/g_flag.svg"), data_file("../ui/icons/g_flag_blue.svg"));
+}
+
 namespace {
 
 struct datum_table {

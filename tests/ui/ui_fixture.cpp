@@ -52,6 +52,21 @@ void reset_window(window& w)
     }
 }
 
+QPixmap save_picture(QWidget& w, const QString& what, bool dark, int language)
+{
+    const QString folder =
+        qEnvironmentVariable("VELKORO_PICTURES", QStringLiteral(VELKORO_BINARY_DIR "/pictures"));
+    QDir().mkpath(folder);
+    const QPixmap picture = w.grab();
+    EXPECT_TRUE(
+        picture.save(QStringLiteral("%1/%2-%3-%4-%5x.png")
+                         .arg(folder, what, dark ? QStringLiteral("dark") : QStringLiteral("light"),
+                              language == 0 ? QStringLiteral("en") : QStringLiteral("de"))
+                         .arg(qRound(picture.devicePixelRatio()))))
+        << what.toStdString();
+    return picture;
+}
+
 void UiTest::SetUp()
 {
     platform = {};
@@ -87,7 +102,7 @@ void UiTest::fill_rows(int count)
         return column == 0 ? "W" + std::to_string(row) : std::string(column == 3 ? "-.-" : "text");
     };
     r.glyph = [](int row, int column) {
-        return std::string(column == 2 && row % 3 == 0 ? "g_summit" : "");
+        return std::string(column == 2 && row % 3 == 0 ? "g_mountain" : "");
     };
     r.dim = [](int, int column) { return column == 3; };
     r.changed();

@@ -5,6 +5,8 @@
 #include "core/platform.h"
 #include "ui/binder.h"
 
+#include <QPixmap>
+#include <QString>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -17,6 +19,10 @@ namespace velkoro::test {
 void load_texts(int language);
 /// Puts a window's records back to their construction: looks, rows, handlers.
 void reset_window(window& w);
+
+/// Saves a picture of a window as <what>-<dark or light>-<en or de>-<scale>x.png in the folder that
+/// VELKORO_PICTURES names, else in the build folder's pictures/.
+QPixmap save_picture(QWidget& w, const QString& what, bool dark, int language);
 
 class UiTest : public testing::Test {
 protected:
