@@ -177,9 +177,16 @@ void push_tooltip(bound_control& b)
     if (dynamic_cast<elided_label*>(&w) && tip.isEmpty())
         return; // it tells its whole text
     const QString keys = shortcut_text(object_name(*b.record));
+    const auto* label = qobject_cast<QLabel*>(&w);
+    if (label && label->buddy() && tip.isEmpty())
+        return; // it says what its field says
     w.setToolTip(keys.isEmpty()  ? tip
                  : tip.isEmpty() ? keys
                                  : tip + QStringLiteral(" (") + keys + QLatin1Char(')'));
+    for (QLabel* l : w.window()->findChildren<QLabel*>())
+        if (const bound_control* own = l->buddy() == &w ? bound_of(*l) : nullptr;
+            l->buddy() == &w && (!own || own->record->tooltip.empty()))
+            l->setToolTip(w.toolTip());
     if (auto* line = qobject_cast<QLineEdit*>(&w); line && line->property("bare").toBool())
         line->setPlaceholderText(tip);
     const auto* button = qobject_cast<QToolButton*>(&w);

@@ -387,6 +387,8 @@ bool list_view::viewportEvent(QEvent* event)
         if (at.isValid() &&
             fontMetrics().horizontalAdvance(text) + taken > header()->sectionSize(at.column()))
             QToolTip::showText(help->globalPos(), text, this);
+        else if (!at.isValid() || isHeaderHidden())
+            QToolTip::showText(help->globalPos(), toolTip(), this); // else the headings tell it
         else
             QToolTip::hideText();
         return true;

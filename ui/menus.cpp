@@ -163,6 +163,7 @@ void sync_menus(bound_window& w)
             continue;
         if (!b->menu && !entries_of(*w.record, b->record).empty()) {
             b->menu = new QMenu(w.top);
+            b->menu->setToolTipsVisible(true);
             b->action->setMenu(b->menu);
         }
         if (b->menu)
@@ -193,7 +194,9 @@ void push_entry(bound_control& b)
     QAction& a = *b.action;
     a.setText(is_separator(*b.record) ? QString() : caption_q(now.caption));
     const QString keys = a.shortcut().toString(QKeySequence::NativeText);
-    const QString tip = now.tooltip.empty() ? plain_q(now.caption) : to_q(now.tooltip);
+    // Without words of its own an entry has none in its menu; a tool button then shows the caption.
+    const QString tip =
+        now.tooltip.empty() && !keys.isEmpty() ? plain_q(now.caption) : to_q(now.tooltip);
     a.setToolTip(keys.isEmpty() ? tip : tip + QStringLiteral(" (") + keys + QLatin1Char(')'));
     a.setEnabled(now.enabled);
     a.setVisible(now.visible);

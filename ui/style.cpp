@@ -270,6 +270,11 @@ QRect velkoro_style::subElementRect(SubElement element, const QStyleOption* opti
         const bool bare = widget && widget->property("bare").toBool();
         return option->rect.adjusted(bare ? 1 : 6, 1, -6, -1);
     }
+    if (element == SE_HeaderArrow) { // on the line of the heading
+        QRect arrow = QProxyStyle::subElementRect(element, option, widget);
+        arrow.moveTop(option->rect.center().y() - arrow.height() / 2 + 1);
+        return arrow;
+    }
     return QProxyStyle::subElementRect(element, option, widget);
 }
 

@@ -201,6 +201,16 @@ QWidget* window_in_front(const QWidget* except)
     return main && main->isVisible() && main != except ? main : nullptr;
 }
 
+/// The window behind takes over at once: one that is shown again right after it was hidden, the
+/// next question of a batch, would otherwise be taken for the active one and never get the focus.
+void hide_frame(QWidget& top)
+{
+    const bool was_active = top.isActiveWindow();
+    top.hide();
+    if (QWidget* behind = was_active ? window_in_front(&top) : nullptr)
+        behind->activateWindow();
+}
+
 void really_show(bound_window& w)
 {
     const window& r = *w.record;
@@ -284,7 +294,7 @@ void push_frame(bound_window& w)
         (!nearly_done(w) || w.waits_since.elapsed() >= 2LL * w.delay_ms))
         end_delay(w);
     if (!r.shown && top.isVisible())
-        top.hide();
+        hide_frame(top);
     if (top.isVisible() && w.was_placed && !r.maximised) {
         const QRect wanted = wanted_geometry(w);
         if (wanted.size() != w.placed.size())
@@ -299,7 +309,8 @@ void show_frame(bound_window& w)
     QWidget& top = *w.top;
     if (!w.record->shown) {
         drop_delay(w);
-        top.hide();
+        if (top.isVisible())
+            hide_frame(top);
         return;
     }
     if (top.isVisible()) {

@@ -9,6 +9,7 @@
 #include "core/names.h"
 #include "core/num_text.h"
 #include "core/settings.h"
+#include "core/shell.h"
 #include "core/symbols.h"
 #include "core/text_tools.h"
 #include "core/texts.h"
@@ -210,6 +211,28 @@ bool run_editor()
     return editor.stored;
 }
 
+// Place of the window, kept from one run to the next
+// -------------------------------------------------------------------------------------------------
+
+bool place_read()
+{
+    std::string line = ini_get("Main", "pos_wp");
+    const std::string left = cut_token(line, " ");
+    if (is_number(left) && is_number(line)) {
+        WAYPOINT.form.left = val(left);
+        WAYPOINT.form.top = val(line);
+    }
+    return true;
+}
+
+bool place_write()
+{
+    const window& w = WAYPOINT.form;
+    if (w.left >= 0 && w.top >= 0) // it has been open, in this run or an earlier one
+        ini_put("Main", "pos_wp", pic(w.left, "0.0") + " " + pic(w.top, "0.0"));
+    return true;
+}
+
 /// The waypoint that a command of the main window means.
 int current_waypoint()
 {
@@ -371,6 +394,8 @@ void editor_install()
     w.OK.click = editor_confirm;
     w.Abbr.click = [] { close_window(WAYPOINT.form); };
     position_handlers();
+    shell_add(shell.start, 19, "pos_wp", place_read);
+    shell_add(shell.shutdown, 5, "pos_wp", place_write);
 
     Form1.Edit_w[0].click = [] { waypoint_new(); };
     Form1.Edit_w[1].click = [] { waypoint_edit(current_waypoint()); };

@@ -207,6 +207,15 @@ std::set<int> text_numbers(const std::string& text)
     after_each("text(", true, [&](std::size_t at) { take(at, ",)"); });
     after_each("say(", true, [&](std::size_t at) { take(at, ",)"); });
     after_each(".tag = \"", false, [&](std::size_t at) { take(at, "\""); });
+    after_each("ask(", true, [&](std::size_t at) { take(at, ",)"); });
+    after_each(".number = ", false, [&](std::size_t at) { take(at, ",};"); });
+    // constexpr int text_ok = 7302, text_yes = 7303;
+    after_each("text_", true, [&](std::size_t at) {
+        while (at < text.size() && is_word(text[at]))
+            ++at;
+        if (text.compare(at, 3, " = ") == 0)
+            take(at + 3, ",;");
+    });
     after_each("_text = ", false, [&](std::size_t at) { take(at, ";"); });
     // window form{"name", "caption", "numbers"}
     after_each("window form{", true, [&](std::size_t at) {
@@ -216,6 +225,23 @@ std::set<int> text_numbers(const std::string& text)
         if (first != std::string::npos && first > at)
             take(first + 1, "\"");
     });
+    return numbers;
+}
+
+std::set<int> form_text_numbers(const std::string& form)
+{
+    std::set<int> numbers;
+    for (const std::string property : {"tag", "access", "empty"}) {
+        const std::string begin = "<property name=\"" + property + "\" stdset=\"0\">";
+        for (std::size_t at = form.find(begin); at != std::string::npos;
+             at = form.find(begin, at + 1)) {
+            const std::size_t value = form.find("<string>", at) + 8;
+            std::istringstream words(form.substr(value, form.find('<', value) - value));
+            for (int n = 0; words >> n;)
+                if (n > 0)
+                    numbers.insert(n);
+        }
+    }
     return numbers;
 }
 

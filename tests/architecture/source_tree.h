@@ -39,8 +39,10 @@ std::vector<std::string> toolkit_includes(const source_tree& tree);
 std::vector<std::string> include_circles(const source_tree& tree);
 std::vector<std::string> headers_without_guard(const source_tree& tree);
 
-/// Numbers of texts that a source asks for: text(N, say(N, tags of controls and windows, and
-/// constants whose name ends in "_text".
+/// Numbers of texts that a source asks for: text(N, say(N, ask(N, tags of controls and windows,
+/// numbers of message boxes, and constants whose name begins with "text_" or ends in "_text".
 std::set<int> text_numbers(const std::string& text);
+/// Numbers of texts that a form asks for: its properties tag, access and empty.
+std::set<int> form_text_numbers(const std::string& form);
 
 } // namespace velkoro

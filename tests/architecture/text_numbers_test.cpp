@@ -1,7 +1,9 @@
+#include "core/form1.h"
 #include "tests/architecture/source_tree.h"
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -67,6 +69,29 @@ TEST(TextNumbers, EveryNumberUsedInCodeIsInTheLanguageTable)
     EXPECT_GT(used, 100U);
 }
 
+TEST(TextNumbers, EveryNumberUsedInAFormIsInTheLanguageTable)
+{
+    const auto known = numbers_of_source();
+    std::size_t used = 0;
+    for (const auto& form :
+         std::filesystem::directory_iterator(std::string(VELKORO_SOURCE_DIR) + "/ui/forms")) {
+        std::ifstream in(form.path(), std::ios::binary);
+        for (const int number : form_text_numbers(
+                 {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()})) {
+            ++used;
+            EXPECT_TRUE(known.contains(number)) << form.path() << ": " << number;
+        }
+    }
+    EXPECT_GT(used, 20U);
+}
+
+TEST(TextNumbers, EveryOrderOfTheListHasItsName)
+{
+    const auto known = numbers_of_source();
+    for (int n = 0; n < sort_entries; ++n)
+        EXPECT_TRUE(known.contains(sort_first_text + n)) << n;
+}
+
 TEST(TextNumbers, EveryLanguageHasEveryText)
 {
     const auto rows = language_source();
@@ -97,5 +122,18 @@ TEST(TextNumbers, AreFoundInCallsTagsWindowsAndConstants)
     EXPECT_EQ(text_numbers(R"({.tag = "0 7509"})"), (std::set{7509}));
     EXPECT_EQ(text_numbers(R"(window form{"such", "suchen", "700"};)"), (std::set{700}));
     EXPECT_EQ(text_numbers("inline constexpr int sort_first_text = 7240;"), (std::set{7240}));
+    EXPECT_EQ(text_numbers("ask(4310, buttons::ok, icon::critical);"), (std::set{4310}));
+    EXPECT_EQ(text_numbers(".preset = 2, .number = 990}"), (std::set{990}));
+    EXPECT_EQ(text_numbers("constexpr int text_ok = 7302, text_no = 7304;"),
+              (std::set{7302, 7304}));
     EXPECT_EQ(text_numbers("context(12); text(number); other = 12;"), std::set<int>{});
+}
+
+TEST(TextNumbers, AreFoundInTheTagsOfForms)
+{
+    EXPECT_EQ(form_text_numbers(R"(<property name="tag" stdset="0">
+          <string>7203 7503</string></property><property name="empty" stdset="0">
+          <string>7600 7601</string></property><property name="icon_name" stdset="0">
+          <string>12</string></property>)"),
+              (std::set{7203, 7503, 7600, 7601}));
 }

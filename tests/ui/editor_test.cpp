@@ -14,7 +14,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
@@ -179,36 +178,6 @@ TEST_F(EditorWindow, SixNearestFitWithoutScrolling)
                    EXPECT_LE(near->visualRect(near->model()->index(5, 0)).bottom(),
                              near->viewport()->height());
                });
-}
-
-TEST_F(EditorWindow, EveryControlThatCanBeUsedHasAToolTip)
-{
-    while_open([] { waypoint_edit(1); },
-               [] {
-                   for (const control* c : WAYPOINT.form.controls)
-                       if (c->kind != kind::label && c->kind != kind::frame) {
-
-                           EXPECT_FALSE(widget_of(*c)->toolTip().isEmpty()) << c->name;
-                       }
-               });
-}
-
-TEST_F(EditorWindow, IsPictured)
-{
-    for (const int language : {0, 1}) {
-        load_texts(language);
-        while_open([] { waypoint_edit(1); },
-                   [&] {
-                       QCoreApplication::processEvents();
-                       const QString folder = QStringLiteral(VELKORO_BINARY_DIR "/pictures");
-                       QDir().mkpath(folder);
-                       const QPixmap picture = widget_of(WAYPOINT.form)->grab();
-                       EXPECT_TRUE(picture.save(
-                           folder + (language == 0 ? QStringLiteral("/WAYPOINT-en.png")
-                                                   : QStringLiteral("/WAYPOINT-de.png"))));
-                       EXPECT_LE(picture.width() / picture.devicePixelRatio(), 900);
-                   });
-    }
 }
 
 } // namespace

@@ -273,14 +273,7 @@ TEST_P(HelpPictures, OfTheWindow)
     look_set_theme(dark ? theme::dark : theme::light);
     platform.help("time_zones");
     QCoreApplication::processEvents();
-    const QPixmap picture = help_widget()->grab();
-    const QString folder = QStringLiteral(VELKORO_BINARY_DIR "/pictures");
-    QDir().mkpath(folder);
-    EXPECT_TRUE(
-        picture.save(QStringLiteral("%1/help-%2-%3-%4x.png")
-                         .arg(folder, dark ? QStringLiteral("dark") : QStringLiteral("light"),
-                              language == 0 ? QStringLiteral("en") : QStringLiteral("de"))
-                         .arg(qRound(picture.devicePixelRatio()))));
+    const QPixmap picture = save_picture(*help_widget(), QStringLiteral("help"), dark, language);
     EXPECT_EQ(picture.toImage().pixelColor(2, 2), own_palette(dark).color(QPalette::Window));
 }
 

@@ -1,17 +1,20 @@
-/// Screen pictures of every window, light and dark, German and English, into the build folder's
-/// pictures/. They are to be looked at; the test only sees to it that each shows something. Run
-/// with QT_SCALE_FACTOR=2 it makes the pictures of a dense screen.
+/// Screen pictures of every window, light and dark, German and English. They are to be looked at;
+/// the tests only see to it that each shows something. Run with QT_SCALE_FACTOR=2 they make the
+/// pictures of a dense screen.
+#include "core/info.h"
 #include "core/job.h"
 #include "core/sellang.h"
 #include "core/settings.h"
 #include "core/texts.h"
-#include "tests/ui/ui_fixture.h"
+#include "tests/ui/program_fixture.h"
 #include "ui/look.h"
 #include "waypoints/conflict.h"
+#include "waypoints/editor.h"
+#include "waypoints/list.h"
 #include "waypoints/such.h"
 
-#include <QCoreApplication>
-#include <QDir>
+#include <QAction>
+#include <QApplication>
 #include <QPixmap>
 
 #include <set>
@@ -21,12 +24,6 @@ namespace {
 
 class Pictures : public UiTest, public testing::WithParamInterface<std::tuple<int, bool>> {
 protected:
-    static QString folder()
-    {
-        const QString f = QStringLiteral(VELKORO_BINARY_DIR "/pictures");
-        QDir().mkpath(f);
-        return f;
-    }
     static void take(window& w, const char* what)
     {
         const auto load = std::exchange(w.load, nullptr);
@@ -35,15 +32,10 @@ protected:
         open_window(w);
         binder_show_now(w);
         QCoreApplication::processEvents();
-        const QPixmap picture = widget_of(w)->grab();
-        w.load = load;
         const auto& [language, dark] = GetParam();
-        const QString name = QStringLiteral("%1-%2-%3-%4x.png")
-                                 .arg(QString::fromUtf8(what),
-                                      dark ? QStringLiteral("dark") : QStringLiteral("light"),
-                                      language == 0 ? QStringLiteral("en") : QStringLiteral("de"))
-                                 .arg(qRound(picture.devicePixelRatio()));
-        EXPECT_TRUE(picture.save(folder() + QLatin1Char('/') + name));
+        const QPixmap picture =
+            save_picture(*widget_of(w), QString::fromUtf8(what), dark, language);
+        w.load = load;
         const QImage image = picture.toImage();
         std::set<QRgb> colours;
         for (int y = 0; y < image.height(); y += 2)
@@ -60,16 +52,7 @@ TEST_P(Pictures, OfEveryWindow)
     const auto& [language, dark] = GetParam();
     load_texts(language);
     settings.overrides[{"main", "theme"}] = dark ? "dark" : "light";
-    fill_rows(0);
-    take(Form1.form, "Form1-empty");
-    fill_rows(60);
-    for (const int marked : {3, 4, 7, 12, 13})
-        Form1.Waypl2.rows.rows[static_cast<std::size_t>(marked)].marked = true;
-    Form1.Waypl2.rows.current = 7;
-    Form1.wayp_titel.text = "Schwarzwald, Hochtouren 2025";
-    Form1.anz.caption = "5 / 60";
-    Form1.filnam.caption = "/home/GPS/schwarzwald.wp";
-    take(Form1.form, "Form1");
+    open_main();
     op.akt.caption = "GPSMAP 76S Software 3.40";
     op.anz.caption = "312 / 500";
     op.ring.value = 620;
@@ -95,6 +78,9 @@ TEST_P(Pictures, OfEveryWindow)
     einfüg_q.kom.text = "BALDENWEG HUETTE";
     einfüg_q.wp_sel[sel_both].checked = true;
     take(einfüg_q.form, "einfüg_q");
+    take(info.form, "info");
+    info.form.shown = info.form.keeps_state = false;
+    platform.show(info.form);
     for (window* w : {&such.form, &einfüg_q.form}) {
         for (control* c : w->controls)
             static_cast<look&>(*c) = c->design;
@@ -109,12 +95,73 @@ TEST_P(Pictures, OfEveryWindow)
     op2.form.keeps_state = true;
 }
 
+std::string picture_name(const testing::TestParamInfo<std::tuple<int, bool>>& i)
+{
+    return std::string(std::get<0>(i.param) == 0 ? "English" : "German") +
+           (std::get<1>(i.param) ? "Dark" : "Light");
+}
+
 INSTANTIATE_TEST_SUITE_P(LanguagesAndThemes, Pictures,
-                         testing::Combine(testing::Values(0, 1), testing::Bool()),
-                         [](const auto& i) {
-                             return std::string(std::get<0>(i.param) == 0 ? "English" : "German") +
-                                    (std::get<1>(i.param) ? "Dark" : "Light");
-                         });
+                         testing::Combine(testing::Values(0, 1), testing::Bool()), picture_name);
+
+/// The windows that live on data, over the sample library.
+class ProgramPictures : public ProgramTest,
+                        public testing::WithParamInterface<std::tuple<int, bool>> {
+protected:
+    static QPixmap take(const window& w, const QString& what)
+    {
+        QCoreApplication::processEvents();
+        const auto& [language, dark] = GetParam();
+        return save_picture(*widget_of(w), what, dark, language);
+    }
+};
+
+TEST_P(ProgramPictures, OfTheListAndTheEditor)
+{
+    const auto& [language, dark] = GetParam();
+    home->put("velkoro.ini", "[Main]\r\nLang3=" + std::to_string(language) +
+                                 "\r\nTheme=" + (dark ? "dark" : "light") + "\r\n");
+    settings.overrides.clear();
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(wait_for([] { return !Form1.anz.caption.empty(); }));
+    EXPECT_EQ(take(Form1.form, QStringLiteral("Form1-empty")).toImage().pixelColor(2, 2),
+              own_palette(dark).color(QPalette::Window));
+    drop({file("Waypoints/sample.wp")});
+    EXPECT_TRUE(wait_for([] { return store.wp_top == 84; }));
+    for (const int row : {3, 4, 7, 12, 13})
+        click_row(row, row == 3 ? Qt::NoModifier : Qt::ControlModifier);
+    list().scrollToTop();
+    EXPECT_TRUE(wait_for([] { return Form1.anz.caption == "5 / 85"; }));
+    EXPECT_GE(take(Form1.form, QStringLiteral("Form1")).width(), 1000);
+
+    int editors = 0;
+    QTimer user;
+    QObject::connect(&user, &QTimer::timeout, [&] {
+        if (QApplication::activeModalWidget() != widget_of(WAYPOINT.form))
+            return;
+        if (QApplication::focusWidget() != widget_of(WAYPOINT.nam))
+            return;
+        const QString what =
+            editors++ == 0 ? QStringLiteral("WAYPOINT") : QStringLiteral("WAYPOINT-new");
+        const QPixmap picture = take(WAYPOINT.form, what);
+        EXPECT_LE(picture.width() / picture.devicePixelRatio(), 900);
+        close_window(WAYPOINT.form);
+        binder_flush();
+    });
+    user.start(20);
+    QTimer::singleShot(10000, &user, [&] {
+        user.stop();
+        close_window(WAYPOINT.form); // the field never got the focus
+    });
+    Form1.Edit_w[1].click();
+    Form1.posform.selected = 3; // a grid with zones
+    Form1.posform.change();
+    Form1.Edit_w[0].click();
+    EXPECT_EQ(editors, 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(LanguagesAndThemes, ProgramPictures,
+                         testing::Combine(testing::Values(0, 1), testing::Bool()), picture_name);
 
 } // namespace
 } // namespace velkoro::test
