@@ -208,7 +208,7 @@ std::set<int> text_numbers(const std::string& text)
     after_each("say(", true, [&](std::size_t at) { take(at, ",)"); });
     after_each(".tag = \"", false, [&](std::size_t at) { take(at, "\""); });
     after_each("ask(", true, [&](std::size_t at) { take(at, ",)"); });
-    after_each(".number = ", false, [&](std::size_t at) { take(at, ",};"); });
+    after_each(".number = ", true, [&](std::size_t at) { take(at, ",};"); });
     // constexpr int text_ok = 7302, text_yes = 7303;
     after_each("text_", true, [&](std::size_t at) {
         while (at < text.size() && is_word(text[at]))

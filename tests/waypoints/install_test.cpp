@@ -3,6 +3,7 @@
 #include "coords/install.h"
 #include "core/cmd_open.h"
 #include "tests/waypoints/list_fixture.h"
+#include "waypoints/editor.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -90,6 +91,42 @@ TEST_F(Program, PositionsFollowTheFormatChosen)
     EXPECT_NE(shown[0], shown[1]);
     EXPECT_NE(shown[1], shown[2]);
     EXPECT_EQ(ini_get("Main", "Opt").substr(0, 4), "0 2 ");
+}
+
+TEST_F(Program, PositionsInAGridStandBehindTheirZone)
+{
+    ASSERT_TRUE(shell_start("sample.wp"));
+    Form1.posform.selected = 3; // UTM
+    Form1.posform.change();
+    EXPECT_EQ(list().columns[6].heading, "UTM");
+    const std::string shown = list().cell(0, static_cast<int>(list_col::position));
+    EXPECT_TRUE(shown.starts_with("  32")) << shown;
+}
+
+TEST_F(Program, ThePlaceOfTheEditorIsKeptFromOneRunToTheNext)
+{
+    WAYPOINT.form.left = WAYPOINT.form.top = -1;
+    ASSERT_TRUE(shell_start(""));
+    EXPECT_TRUE(close_window(Form1.form));
+    EXPECT_EQ(ini_get("Main", "pos_wp"), "") << "it was never open";
+
+    WAYPOINT.form.left = 120; // as the screen reports it back
+    WAYPOINT.form.top = 80;
+    program_folder::reset_form1();
+    shell_install();
+    waypoints_install();
+    ASSERT_TRUE(shell_start(""));
+    EXPECT_TRUE(close_window(Form1.form));
+    EXPECT_EQ(ini_get("Main", "pos_wp"), "120.0 80.0");
+
+    WAYPOINT.form.left = WAYPOINT.form.top = -1;
+    program_folder::reset_form1();
+    shell_install();
+    waypoints_install();
+    ASSERT_TRUE(shell_start(""));
+    EXPECT_EQ(WAYPOINT.form.left, 120);
+    EXPECT_EQ(WAYPOINT.form.top, 80);
+    WAYPOINT.form.left = WAYPOINT.form.top = -1;
 }
 
 TEST_F(Program, MarkedWaypointsAreDeletedSavedAndGoneWhenReadAgain)
