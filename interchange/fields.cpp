@@ -276,6 +276,8 @@ namespace {
 /// tried where the last one does not belong to it.
 bool take_angle(std::string_view& row, std::string_view letters, double& degrees)
 {
+    if (row.empty() || letters.find(upper(row.front())) == std::string_view::npos)
+        return false;
     std::array<std::size_t, 3> ends{};
     std::size_t n = 0;
     for (std::size_t at = 0; n < ends.size();) {

@@ -4,8 +4,11 @@
 #include "interchange/atlas_gis.h"
 #include "interchange/corpscon.h"
 #include "interchange/fugawi.h"
+#include "interchange/gardown.h"
+#include "interchange/garlink.h"
 #include "interchange/geocaching.h"
 #include "interchange/geogrid.h"
+#include "interchange/mapsource.h"
 #include "interchange/native_text.h"
 #include "interchange/ozi.h"
 #include "interchange/pcx5.h"
@@ -50,6 +53,8 @@ const format_row table[] = {
     {.name = "Gardown",
      .import_patterns = "*.gd",
      .export_patterns = "*.gd",
+     .read = read_gardown,
+     .write = write_gardown,
      .datum = "WGS 84",
      .options = opt_comment,
      .holds = {.comment = true,
@@ -63,6 +68,8 @@ const format_row table[] = {
     {.name = "Garlink",
      .import_patterns = "*.swp",
      .export_patterns = "*.swp",
+     .read = read_garlink,
+     .write = write_garlink,
      .track_import = "Garlink Track *.twp",
      .track_export = "Garlink *.twp",
      .datum = "WGS 84",
@@ -138,6 +145,8 @@ const format_row table[] = {
     // Mapsource
     {.name = "Mapsource",
      .import_patterns = "*.txt",
+     .read = read_mapsource,
+     .is_it = is_mapsource,
      .holds = {.comment = true,
                .altitude = true,
                .proximity = true,

@@ -164,6 +164,50 @@ TEST(Angles, ThatAreNoneAreTold)
     EXPECT_EQ(degrees, 5);
 }
 
+TEST(Angles, AreFoundInARowOfWords)
+{
+    struct one_row {
+        std::string_view row{}, ahead{}, behind{};
+        double lat = 0, lon = 0;
+    };
+    const std::vector<one_row> rows{
+        {"A N48.5 W11.25 rest of it", "A", "rest of it", 48.5, -11.25},
+        {"A B   S48 30.0 E011 15.0   0 May", "A B", "0 May", -48.5, 11.25},
+        {"n48 30 0.0 e11 15 0.0", "", "", 48.5, 11.25},
+        {"N4 S5 N48.5 W11.25", "N4 S5", "", 48.5, -11.25},
+        {"A N48 E11 0 03.05.02", "A", "03.05.02", 48, 11},
+    };
+    for (const one_row& r : rows) {
+        double lat = 0, lon = 0;
+        std::string_view ahead, behind;
+        EXPECT_TRUE(find_angles(r.row, 0, lat, lon, ahead, behind)) << r.row;
+        EXPECT_EQ(lat, r.lat) << r.row;
+        EXPECT_EQ(lon, r.lon) << r.row;
+        EXPECT_EQ(ahead, r.ahead);
+        EXPECT_EQ(behind, r.behind);
+    }
+    double lat = 7, lon = 7;
+    std::string_view ahead = "x", behind = "x";
+    for (const char* text : {"", "A", "N48.5", "N48.5 11.25", "AN48.5 E11.25", "N48 60.1 E11 0.0",
+                             "N91.0 E11.0", "N48.5 x E11.0", "E11.25 N48.5"})
+        EXPECT_FALSE(find_angles(text, 0, lat, lon, ahead, behind)) << text;
+    EXPECT_FALSE(find_angles("N48.5 W11.25", 1, lat, lon, ahead, behind)) << "behind its start";
+    EXPECT_FALSE(find_angles("N48.5 W11.25", 99, lat, lon, ahead, behind));
+    EXPECT_EQ(lat, 7);
+    EXPECT_EQ(ahead, "x");
+}
+
+TEST(Fields, OfNumberedNamesLoseTheNumber)
+{
+    EXPECT_EQ(behind_number("  01   NAME OF IT "), "NAME OF IT");
+    EXPECT_EQ(behind_number("001 2 NAMES"), "2 NAMES");
+    EXPECT_EQ(behind_number("NAME 01"), "NAME 01");
+    EXPECT_EQ(behind_number("2003 TOUR"), "2003 TOUR");
+    EXPECT_EQ(behind_number("1A"), "1A");
+    EXPECT_EQ(behind_number("03"), "");
+    EXPECT_EQ(behind_number(""), "");
+}
+
 TEST(Times, OfDayNumbersAreRoundedToTheNearestSecond)
 {
     EXPECT_EQ(day_number_time("37743.3440972"), at(2003, 5, 2, 8, 15, 30));
