@@ -85,18 +85,34 @@ number_parts scan_number(std::string_view text)
     return p;
 }
 
-/// Writes the digits of n, at least `whole` of them.
-char* put_digits(char* out, std::uint64_t n, int whole)
+constexpr std::array<std::uint64_t, 20> whole_powers = [] {
+    std::array<std::uint64_t, 20> p{1};
+    for (std::size_t i = 1; i < p.size(); ++i)
+        p[i] = p[i - 1] * 10;
+    return p;
+}();
+
+/// Writes the digits of n, at least `whole` of them ahead of the point and `decimals` behind it.
+char* put_digits(char* out, std::uint64_t n, int whole, int decimals)
 {
-    char digits[24];
-    char* const end = digits + sizeof digits;
-    char* p = end;
-    for (; n != 0; n /= 10)
-        *--p = static_cast<char>('0' + n % 10);
-    for (auto have = static_cast<int>(end - p); have < whole; ++have)
-        *out++ = '0';
-    std::memcpy(out, p, static_cast<std::size_t>(end - p));
-    return out + (end - p);
+    int count = whole + decimals;
+    while (count < 20 && n >= whole_powers[static_cast<std::size_t>(count)])
+        ++count;
+    char* p = out + count;
+    for (; p - out >= 2; n /= 100) { // two digits to a division
+        const auto pair = static_cast<unsigned>(n % 100);
+        *--p = static_cast<char>('0' + pair % 10);
+        *--p = static_cast<char>('0' + pair / 10);
+    }
+    if (p != out)
+        *out = static_cast<char>('0' + n % 10);
+    p = out + count;
+    if (decimals == 0)
+        return p;
+    for (int i = 0; i < decimals; ++i, --p)
+        *p = p[-1];
+    *p = '.';
+    return out + count + 1;
 }
 
 } // namespace
@@ -164,12 +180,7 @@ char* put_fixed(char* out, double magnitude, int whole, int decimals)
         if (below_half <= 0.5 * powers_of_ten[magnitude_of_ten] * 1e-14)
             ++n;
     }
-    if (decimals == 0)
-        return put_digits(out, n, whole);
-    const auto divisor = static_cast<std::uint64_t>(unit);
-    out = put_digits(out, n / divisor, whole);
-    *out++ = '.';
-    return put_digits(out, n % divisor, decimals);
+    return put_digits(out, n, whole, decimals);
 }
 
 std::string pic(double value, std::string_view picture)
