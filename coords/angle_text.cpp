@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <memory_resource>
 #include <numbers>
 #include <string>
@@ -68,6 +69,69 @@ bool divides(std::size_t at, std::string_view text)
     return at != std::string_view::npos && at >= 1 && at + 1 < text.size();
 }
 
+/// Reads "-8.5" and our own degrees "S 08.50000°", which need no rules: nothing but a letter or a
+/// sign in front, one number, a degree sign behind. False: not one of them.
+bool plain_degrees(std::string_view text, std::string_view letters, double& value)
+{
+    constexpr std::array<double, 16> powers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    if (text.ends_with(degree))
+        text.remove_suffix(1);
+    if (text.empty())
+        return false;
+    const bool letter = text[0] == letters[0] || text[0] == letters[1];
+    const bool negative = text[0] == letters[1] || text[0] == '-';
+    std::size_t i = letter || negative ? 1 : 0;
+    if (letter && i < text.size() && text[i] == ' ')
+        ++i;
+    if (i == text.size() || text.size() - i > 15) // all digits count exactly
+        return false;
+    std::uint64_t digits = 0;
+    std::size_t point = text.size();
+    for (; i < text.size(); ++i) {
+        const char c = text[i];
+        if (is_digit(c))
+            digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
+        else if (c == '.' && point == text.size())
+            point = i + 1;
+        else
+            return false;
+    }
+    value = static_cast<double>(digits) / powers[text.size() - point];
+    if (negative)
+        value = -value;
+    return point < text.size() || is_digit(text.back());
+}
+
+/// The value in degrees, and whether it is no number or out of range; `good` comes in true.
+double read_angle(std::string_view text, std::string_view letters, bool& good, bool& empty)
+{
+    text = trim(text.substr(0, text.find(map_tab)));
+    const std::size_t plus = letter_at(text, letters[0]), minus = letter_at(text, letters[1]);
+    // Plain numbers are read where they stand; others, however long, are put together in this
+    // block, so that reading a million lines allocates nothing.
+    std::array<char, 256> room;
+    std::pmr::monotonic_buffer_resource block(room.data(), room.size());
+    std::pmr::string t(&block);
+    std::string_view v = text;
+    if (plus != std::string_view::npos || minus != std::string_view::npos ||
+        text.find(',') != std::string_view::npos) {
+        put_together(text, plus, minus, t);
+        v = t;
+    }
+    empty = !v.empty() && v.find_first_of("0123456789") == std::string_view::npos;
+    const std::size_t at = end_of_degrees(v);
+    if (!divides(at, v))
+        return val(v);
+    double part = val(v.substr(at + 1)) / 60;
+    const std::size_t mark = v.find('\'');
+    if (divides(mark, v))
+        part += val(v.substr(mark + 1)) / 3600;
+    const std::string_view front = v.substr(0, at);
+    good = is_number(front);
+    return val(front) + (v.front() == '-' ? -part : part);
+}
+
 } // namespace
 
 std::string angle_to_text(double degrees, char letter, int fmt)
@@ -113,41 +177,16 @@ std::string angle_to_text(double degrees, char letter, int fmt)
 
 double text_to_angle(std::string_view text, std::string_view letters, bool* ok)
 {
-    text = trim(text.substr(0, text.find(map_tab)));
-    const std::size_t plus = letter_at(text, letters[0]), minus = letter_at(text, letters[1]);
-    // Plain numbers are read where they stand; others, however long, are put together in this
-    // block, so that reading a million lines allocates nothing.
-    std::array<char, 256> room;
-    std::pmr::monotonic_buffer_resource block(room.data(), room.size());
-    std::pmr::string t(&block);
-    std::string_view v = text;
-    if (plus != std::string_view::npos || minus != std::string_view::npos ||
-        text.find(',') != std::string_view::npos) {
-        put_together(text, plus, minus, t);
-        v = t;
-    }
-    bool good = true;
+    bool good = true, empty = false; // empty: read as 0 without a beep
     double value = 0;
-    const std::size_t at = end_of_degrees(v);
-    if (divides(at, v)) {
-        double part = val(v.substr(at + 1)) / 60;
-        const std::size_t mark = v.find('\'');
-        if (divides(mark, v))
-            part += val(v.substr(mark + 1)) / 3600;
-        const std::string_view front = v.substr(0, at);
-        good = is_number(front);
-        value = val(front) + (v.front() == '-' ? -part : part);
-    } else {
-        value = val(v);
-    }
+    if (!plain_degrees(text, letters, value))
+        value = read_angle(text, letters, good, empty);
     if (std::fabs(value) > (letters == "NS" ? 90 : 180))
         good = false;
     if (!good)
         platform.beep();
-    else if (!v.empty() && v.find_first_of("0123456789") == std::string_view::npos)
-        good = false; // read as 0 without a beep
     if (ok)
-        *ok = good;
+        *ok = good && !empty;
     return value * rad;
 }
 

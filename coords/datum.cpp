@@ -1,6 +1,7 @@
 #include "coords/datum.h"
 
 #include "coords/distance.h"
+#include "coords/fast_trig.h"
 #include "core/files.h"
 #include "core/form1.h"
 #include "core/num_text.h"
@@ -67,14 +68,40 @@ void parse_datum(std::string_view line, datum_state& table)
     table.rows.push_back(datum_make(name, da, df, dx, dy, dz));
 }
 
-/// Bowring's step: the latitude of a point from its distances to the axis and to the equator. Sine
-/// and cosine of the helping angle come from its legs, without the angle.
-double bowring(double p, double z, double a, double b, double e2, double ep2)
+struct sines {
+    double sin_lat, cos_lat, sin_lon, cos_lon;
+};
+sines sines_of(double lat, double lon)
 {
+    // What people type may lie anywhere.
+    if (!(std::fabs(lat) <= fast::half_pi && std::fabs(lon) <= 2 * fast::half_pi))
+        return {std::sin(lat), std::cos(lat), std::sin(lon), std::cos(lon)};
+    const auto [sin_lat, cos_lat] = fast::sin_cos_of(lat);
+    const auto [sin_lon, cos_lon] = fast::sin_cos_wide(lon);
+    return {sin_lat, cos_lat, sin_lon, cos_lon};
+}
+
+/// atan2_own of two pairs.
+fast::two angles_of(fast::two y, fast::two x)
+{
+    using fast::two;
+    const two angle = fast::atan_ratio(fast::size_of(y), fast::size_of(x));
+    constexpr two turn = {2 * fast::half_pi, 2 * fast::half_pi};
+    const two whole = fast::with_sign(x < 0.0 ? turn - angle : angle, y);
+    return fast::only(y != 0.0, whole);
+}
+
+/// Latitude and longitude of a point in earth-centred coordinates by Bowring's step. Sine and
+/// cosine of its helping angle come from the legs, without the angle.
+geo_rec bowring(double x, double y, double z, double a, double b, double e2, double ep2)
+{
+    const double p = std::sqrt(x * x + y * y);
     const double s = z * a, c = p * b;
     const double leg = std::sqrt(s * s + c * c);
     const double sine = leg > 0 ? s / leg : 0, cosine = leg > 0 ? c / leg : 1;
-    return atan2_own(z + ep2 * b * sine * sine * sine, p - e2 * a * cosine * cosine * cosine);
+    const fast::two angles = angles_of(fast::two{z + ep2 * b * sine * sine * sine, y},
+                                       fast::two{p - e2 * a * cosine * cosine * cosine, x});
+    return {angles[0], angles[1]};
 }
 
 } // namespace
@@ -148,29 +175,26 @@ int datum_find(std::string_view name)
 
 geo_rec wgs_to_datum(const pos_rec& pos, const datum_rec& datum)
 {
-    const double lat = pos.lat * semi_to_rad, lon = pos.lon * semi_to_rad;
-    const double sine = std::sin(lat), cosine = std::cos(lat);
-    const double radius = wgs_a / std::sqrt(1 - wgs_e2 * sine * sine);
-    const double x = radius * cosine * std::cos(lon) - datum.dx;
-    const double y = radius * cosine * std::sin(lon) - datum.dy;
-    const double z = wgs_1_e2 * radius * sine - datum.dz;
-    return {bowring(std::sqrt(x * x + y * y), z, datum.a, datum.b, datum.e2, datum.ep2),
-            atan2_own(y, x)};
+    const sines t = sines_of(pos.lat * semi_to_rad, pos.lon * semi_to_rad);
+    const double radius = wgs_a / std::sqrt(1 - wgs_e2 * t.sin_lat * t.sin_lat);
+    const double x = radius * t.cos_lat * t.cos_lon - datum.dx;
+    const double y = radius * t.cos_lat * t.sin_lon - datum.dy;
+    const double z = wgs_1_e2 * radius * t.sin_lat - datum.dz;
+    return bowring(x, y, z, datum.a, datum.b, datum.e2, datum.ep2);
 }
 
 bool datum_to_wgs(const geo_rec& geo, const datum_rec& datum, pos_rec& pos)
 {
     const double e2 = datum.e2;
-    const double sine = std::sin(geo.lat), cosine = std::cos(geo.lat);
-    const double radius = datum.a / std::sqrt(1 - e2 * sine * sine);
-    const double x = radius * cosine * std::cos(geo.lon) + datum.dx;
-    const double y = radius * cosine * std::sin(geo.lon) + datum.dy;
-    const double z = (1 - e2) * radius * sine + datum.dz;
-    const double lat = bowring(std::sqrt(x * x + y * y), z, wgs_a, wgs_b, wgs_e2, wgs_ep2);
-    const double lon = atan2_own(y, x);
-    if (!std::isfinite(lat) || !std::isfinite(lon))
+    const sines t = sines_of(geo.lat, geo.lon);
+    const double radius = datum.a / std::sqrt(1 - e2 * t.sin_lat * t.sin_lat);
+    const double x = radius * t.cos_lat * t.cos_lon + datum.dx;
+    const double y = radius * t.cos_lat * t.sin_lon + datum.dy;
+    const double z = (1 - e2) * radius * t.sin_lat + datum.dz;
+    const geo_rec wgs = bowring(x, y, z, wgs_a, wgs_b, wgs_e2, wgs_ep2);
+    if (!std::isfinite(wgs.lat) || !std::isfinite(wgs.lon))
         return false;
-    pos = {rad_to_semi(lat), rad_to_semi(lon)};
+    pos = {rad_to_semi(wgs.lat), rad_to_semi(wgs.lon)};
     return true;
 }
 

@@ -1,5 +1,6 @@
 #include "coords/distance.h"
 
+#include "coords/fast_trig.h"
 #include "core/num_text.h"
 #include "core/settings.h"
 
@@ -13,7 +14,6 @@ namespace velkoro {
 namespace {
 
 constexpr double pi = std::numbers::pi;
-constexpr double half_pi_high = 1.5707963267948966, half_pi_low = 6.123233995736766e-17;
 constexpr double deg = 180.0 / pi;
 
 int sgn(double v)
@@ -27,79 +27,10 @@ std::int32_t semi_difference(std::int32_t a, std::int32_t b)
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
 }
 
-struct sin_cos {
-    double sin, cos;
-};
-
-/// Sine and cosine together for up to two turns, by their Taylor series on -45 to 45 degrees. The
-/// library's two calls cost twice as much, and dist_flat runs over whole tracks.
-sin_cos sin_cos_of(double x)
-{
-    constexpr double half_pi_33 = 1.57079632673412561417; // the first 33 bits: k times it is exact
-    constexpr double half_pi_rest = 6.07710050650619224932e-11;
-    const double k = std::nearbyint(x * (1.0 / half_pi_high));
-    const double r = (x - k * half_pi_33) - k * half_pi_rest;
-    const double z = r * r;
-    const double s =
-        r +
-        r * z *
-            (-1.0 / 6 +
-             z * (1.0 / 120 +
-                  z * (-1.0 / 5040 + z * (1.0 / 362880 + z * (-1.0 / 39916800 +
-                                                              z * (1.0 / 6227020800 +
-                                                                   z * (-1.0 / 1307674368000)))))));
-    // 1 - z/2 exactly, then the rest: near points live from the last bit of the cosine.
-    const double half = 0.5 * z, high = 1.0 - half;
-    const double c =
-        high +
-        (((1.0 - high) - half) +
-         z * z *
-             (1.0 / 24 +
-              z * (-1.0 / 720 +
-                   z * (1.0 / 40320 +
-                        z * (-1.0 / 3628800 + z * (1.0 / 479001600 + z * (-1.0 / 87178291200)))))));
-    const auto quarter = static_cast<unsigned>(static_cast<int>(k)) & 3U;
-    const double s2 = quarter & 1U ? c : s, c2 = quarter & 1U ? s : c;
-    return {quarter & 2U ? -s2 : s2, quarter == 1U || quarter == 2U ? -c2 : c2};
-}
-
-/// atan(n / d) for n and d of at least 0, not both 0: brought to within 1/8 of a multiple of 1/4 of
-/// slope, there by its series.
-double atan_ratio(double n, double d)
-{
-    constexpr std::array<double, 5> base = {0.0, 0.24497866312686414, 0.4636476090008061,
-                                            0.6435011087932844, 0.7853981633974483};
-    const bool steep = n > d;
-    const double a = steep ? d : n, b = steep ? n : d;
-    const int i = (8 * a > b) + (8 * a > 3 * b) + (8 * a > 5 * b) + (8 * a > 7 * b);
-    const double c = 0.25 * i;
-    const double t = (a - c * b) / (b + c * a);
-    const double z = t * t;
-    const double part =
-        t + t * z *
-                (-1.0 / 3 +
-                 z * (1.0 / 5 +
-                      z * (-1.0 / 7 +
-                           z * (1.0 / 9 + z * (-1.0 / 11 + z * (1.0 / 13 + z * (-1.0 / 15)))))));
-    const double angle = base[static_cast<std::size_t>(i)] + part;
-    return steep ? half_pi_high - (angle - half_pi_low) : angle;
-}
-
-/// acos by way of the arc tangent; its result is a 32-bit float.
-float acos_own(double x)
-{
-    if (x >= 1.0)
-        return 0.0F;
-    if (x <= -1.0)
-        return 3.14159265F;
-    const double angle = atan_ratio(std::fabs(x), std::sqrt(1.0 - x * x));
-    return static_cast<float>(x < 0 ? half_pi_high + angle : half_pi_high - angle);
-}
-
 double asin_own(double x)
 {
     if (std::fabs(x) >= 1.0)
-        return sgn(x) * half_pi_high;
+        return sgn(x) * fast::half_pi;
     return std::atan(x / std::sqrt(1.0 - x * x));
 }
 
@@ -134,7 +65,7 @@ pos_rec folded(double lat, double lon)
 double atan2_own(double y, double x)
 {
     if (x == 0)
-        return sgn(y) * half_pi_high;
+        return sgn(y) * fast::half_pi;
     const double angle = std::atan(y / x);
     return x < 0 ? angle + sgn(y) * pi : angle;
 }
@@ -150,25 +81,32 @@ std::int32_t rad_to_semi(double rad)
 
 dist_bear dist_flat(const pos_rec& target, const pos_rec& origin)
 {
-    const double lat_t = target.lat * semi_to_rad, lat_o = origin.lat * semi_to_rad;
-    const auto d_lat = static_cast<float>(lat_t - lat_o);
-    const auto c = static_cast<float>(sin_cos_of((lat_t + lat_o) / 2).cos);
-    const auto d_lon =
-        static_cast<float>(semi_difference(target.lon, origin.lon) * semi_to_rad * c);
-    const sin_cos along = sin_cos_of(d_lat), across = sin_cos_of(d_lon);
+    using fast::two;
+    const double radius = earth_radius / settings.dist_unit;
+    // Half angles all the way: halving is exact.
+    constexpr double half_semi = semi_to_rad / 2;
+    const double lat_t = target.lat * half_semi, lat_o = origin.lat * half_semi;
+    const double middle = lat_t + lat_o;
+    const auto c = static_cast<float>(fast::cosine_of(two{middle, middle})[0]);
+    const double d_lon = semi_difference(target.lon, origin.lon) * half_semi * c;
+    const fast::sin_cos d = fast::sin_cos_of_half(fast::as_floats(two{lat_t - lat_o, d_lon}));
+    const double sin_lat = d.sin[0], sin_lon = d.sin[1], cos_lon = d.cos[1];
 
-    const double arc = acos_own(along.cos * across.cos);
-    // atan2_own(tan d_lon, sin d_lat), the quotients taken together.
-    const double x = along.sin, y = across.cos < 0 ? -across.sin : across.sin;
-    double angle = sgn(y) * half_pi_high;
-    if (x != 0) {
-        angle = atan_ratio(std::fabs(y), std::fabs(across.cos * x));
-        if (x < 0)
-            angle = sgn(y) * (pi - angle);
-        else if (y < 0)
-            angle = -angle;
-    }
-    return {static_cast<float>(arc * earth_radius / settings.dist_unit), bearing_of(angle)};
+    // Two arc tangents: of the arc's cosine over its sine (an arc cosine as atn gives it), and of
+    // the bearing, tan d_lon over sin d_lat, its quotients taken together.
+    const double x = d.cos[0] * cos_lon;
+    const two angles = fast::with_sign(
+        fast::atan_ratio(fast::size_of(two{x, sin_lon}),
+                         fast::size_of(two{std::sqrt(1.0 - x * x), cos_lon * sin_lat})),
+        two{x, sin_lat});
+    const auto arc = static_cast<float>(fast::half_pi - angles[0]);
+    const auto distance = static_cast<float>(arc * radius);
+    if (sin_lon == 0)
+        return {distance, 0}; // as atan2_own has it, due south too
+    const two y = fast::with_sign(two{1, 1}, two{cos_lon * sin_lon, sin_lat});
+    const two turn = fast::only(y < 0.0, two{360, pi});
+    const auto bearing = static_cast<float>(y[0] * (turn[1] + angles[1]) * deg + turn[0]);
+    return {distance, bearing >= 360.0F ? 0.0F : bearing};
 }
 
 dist_bear dist_chord(const pos_rec& target, const pos_rec& origin)

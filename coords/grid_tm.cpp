@@ -1,5 +1,6 @@
 #include "coords/grid_tm.h"
 
+#include "coords/fast_trig.h"
 #include "core/text_tools.h"
 
 #include <cmath>
@@ -7,6 +8,14 @@
 
 namespace velkoro {
 namespace {
+
+/// Sine and cosine of a latitude.
+fast::sin_cos_one sines_of(double lat)
+{
+    if (!(std::fabs(lat) <= fast::half_pi))
+        return {std::sin(lat), std::cos(lat)};
+    return fast::sin_cos_of(lat);
+}
 
 constexpr double rad = std::numbers::pi / 180;
 constexpr std::string_view squares_500 = "STNOHJ";
@@ -48,7 +57,7 @@ double tm_arc_inverse(double lat, const datum_rec& datum)
 
 plane_rec tm_forward(const geo_rec& geo, double meridian, const datum_rec& datum)
 {
-    const double sine = std::sin(geo.lat), cosine = std::cos(geo.lat);
+    const auto [sine, cosine] = sines_of(geo.lat);
     const double a = datum.a, b = datum.b;
     const double t = sine / cosine, t2 = t * t;
     const double h = datum.ep2 * cosine * cosine;
@@ -65,10 +74,12 @@ geo_rec tm_inverse(const plane_rec& plane, double meridian, const datum_rec& dat
     const double d2 = 3.0 / 2 * n - 27.0 / 32 * n3 + 269.0 / 512 * n3 * n2;
     const double d4 = 21.0 / 16 * n2 - 55.0 / 32 * n2 * n2;
     const double mu = plane.north / meridian_radius(datum);
-    const double sin2 = std::sin(2 * mu), cos2 = std::cos(2 * mu);
+    const auto [sin1, cos1] = sines_of(mu);
+    const double sin2 = 2 * sin1 * cos1, cos2 = 1 - 2 * sin1 * sin1;
     const double foot = mu + d2 * sin2 + d4 * 2 * sin2 * cos2;
     const double a = datum.a, b = datum.b, y = plane.east;
-    const double cosine = std::cos(foot), t = std::sin(foot) / cosine, t2 = t * t;
+    const auto [sine, cosine] = sines_of(foot);
+    const double t = sine / cosine, t2 = t * t;
     const double h = datum.ep2 * cosine * cosine;
     const double r = a * a / (b * std::sqrt(1 + h));
     const double q = y / r, q2 = q * q;

@@ -25,6 +25,8 @@ int place(std::string_view letters, char c)
 /// Number of the first two of seven digits. A negative value has its sign in front of them.
 int first_two_digits(double value)
 {
+    if (value >= 0 && value < 9999999) // the usual case: the digits of a whole number
+        return static_cast<int>(static_cast<std::uint32_t>(value + 0.5) / 100000);
     char digits[340];
     const char* const end = put_fixed(digits, std::fabs(value), 7, 0);
     const int lead = digits[0] - '0';
