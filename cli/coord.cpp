@@ -20,7 +20,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -29,9 +28,6 @@ namespace {
 
 constexpr int fmt_semi = -2; ///< raw semicircles, on the command line only
 constexpr std::size_t out_block = 1 << 16;
-
-/// One line in (Windows-1252, without its end), its answer appended to `out` without an end.
-using line_job = std::function<void(std::string_view line, std::string& out)>;
 
 /// True when UTF-8 and Windows-1252 are the same bytes; eight of them at a time.
 bool is_plain(std::string_view text)
@@ -62,21 +58,28 @@ void append_utf8(std::string& out, std::string_view text)
             out += to_utf8(std::string_view(&c, 1));
 }
 
-/// The answers of a run: text at once, JSON at the end.
+/// The answers of a run: text at once, JSON at the end. A job takes one line (Windows-1252, without
+/// its end) and puts its answer behind a text, without an end.
 struct line_output {
     std::string text{};
     json lines = json::array();
-    void take(std::string_view line, const line_job& job)
+
+    template <class Job> void take(std::string_view line, bool plain, const Job& job)
     {
         if (line.ends_with('\r'))
             line.remove_suffix(1);
-        std::string converted;
-        if (!is_plain(line))
-            line = converted = from_utf8(line);
+        if (!plain && !is_plain(line)) {
+            answer(from_utf8(line), job);
+            return;
+        }
+        answer(line, job);
+    }
+    template <class Job> void answer(std::string_view line, const Job& job)
+    {
         if (cli.json) {
-            std::string answer;
-            job(line, answer);
-            lines.push_back(answer);
+            std::string one;
+            job(line, one);
+            lines.push_back(one);
             return;
         }
         job(line, text);
@@ -93,7 +96,7 @@ struct line_output {
 
 /// Every line of standard input in one pass. Blocks are read as they come, so that a person who
 /// types gets each answer at once.
-void read_lines(const line_job& job, line_output& out)
+template <class Job> void read_lines(const Job& job, line_output& out)
 {
     std::string rest;
     std::array<char, 1 << 16> block;
@@ -103,16 +106,17 @@ void read_lines(const line_job& job, line_output& out)
         if (n <= 0)
             break;
         std::string_view data(block.data(), static_cast<std::size_t>(n));
+        const bool plain = is_plain(data);
         std::size_t end = data.find('\n');
         if (end != std::string_view::npos && !rest.empty()) {
             rest += data.substr(0, end);
-            out.take(rest, job);
+            out.take(rest, false, job);
             rest.clear();
             data.remove_prefix(end + 1);
             end = data.find('\n');
         }
         while (end != std::string_view::npos) {
-            out.take(data.substr(0, end), job);
+            out.take(data.substr(0, end), plain, job);
             data.remove_prefix(end + 1);
             end = data.find('\n');
         }
@@ -123,16 +127,17 @@ void read_lines(const line_job& job, line_output& out)
         }
     }
     if (!rest.empty())
-        out.take(rest, job);
+        out.take(rest, false, job);
 }
 
-int run_lines(const std::vector<std::string>& given, const line_job& job)
+template <class Job> int run_lines(const std::vector<std::string>& given, const Job& job)
 {
     line_output out;
+    out.text.reserve(2 * out_block);
     if (given.empty())
         read_lines(job, out);
     for (const std::string& line : given)
-        out.take(line, job);
+        out.take(line, false, job);
     if (cli.json)
         print_json({{"lines", out.lines}});
     else
@@ -198,21 +203,35 @@ std::optional<int> format_of(const std::string& name)
     return std::nullopt;
 }
 
+/// The three fields of a line; false when there are more or fewer.
+bool coord_fields(std::string_view line, std::string_view (&fields)[3])
+{
+    std::size_t count = 0, from = 0;
+    for (std::size_t i = 0; i < line.size(); ++i) { // short: a plain loop beats searching
+        if (line[i] != '|')
+            continue;
+        if (count == 2)
+            return false;
+        fields[count++] = line.substr(from, i - from);
+        from = i + 1;
+    }
+    if (count == 2)
+        fields[2] = line.substr(from);
+    return count == 2;
+}
+
 void coord_line(std::string_view line, std::string& out, int from, int from_datum, int to)
 {
-    std::string zone, east, north; // short: they live in place
-    std::string_view rest = line;
-    const std::string_view z = next_field(rest, '|'), e = next_field(rest, '|');
-    const std::string_view n = next_field(rest, '|');
+    std::string_view f[3]; // zone, east, north
     pos_rec pos;
-    bool good = std::ranges::count(line, '|') == 2;
+    bool good = coord_fields(line, f);
     if (good && from == fmt_semi) {
-        const auto p = semi_position(n, e);
+        const auto p = semi_position(f[2], f[1]);
         good = p.has_value();
         if (p)
             pos = *p;
     } else if (good) {
-        good = text_to_pos(z, e, n, pos, from, from_datum);
+        good = text_to_pos(f[0], f[1], f[2], pos, from, from_datum);
     }
     if (good && to == fmt_semi) {
         out += '|';
@@ -221,6 +240,7 @@ void coord_line(std::string_view line, std::string& out, int from, int from_datu
         append_integer(out, pos.lat);
         return;
     }
+    std::string zone, east, north; // short: they live in place
     if (good) {
         pos_to_text(pos, zone, east, north, -1, to);
         good = !east.empty() && !north.empty();
