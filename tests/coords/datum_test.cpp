@@ -159,6 +159,18 @@ TEST_F(Datum, ShiftsKnownPlacesOfEachCountryByTheRightAmount)
     }
 }
 
+// IGN, NTG 88, worked example of the way from NTF to RGF93: the published place is met to 2 m, as
+// the row has its shift in whole metres.
+TEST_F(Datum, ShiftsThePublishedPlaceInParis)
+{
+    constexpr double rad = 3.14159265358979323846 / 180;
+    pos_rec found;
+    ASSERT_TRUE(datum_to_wgs(
+        {(48 + 50 / 60.0 + 40.2441 / 3600) * rad, (2 + 25 / 60.0 + 32.4187 / 3600) * rad},
+        datum_at(datum_find("NTF (France)")), found));
+    EXPECT_LT(apart(found, at(48.844445839, 2.424971108)), 2);
+}
+
 TEST_F(Datum, PolesAndTheDateLineStayWhereTheyAre)
 {
     const datum_rec& d = datum_at(datums.wgs_datum);

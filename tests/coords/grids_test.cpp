@@ -9,6 +9,7 @@
 #include <cmath>
 #include <map>
 #include <random>
+#include <set>
 
 namespace velkoro {
 namespace {
@@ -65,11 +66,14 @@ protected:
         constexpr double rad = 3.14159265358979323846 / 180;
         coord.zone_choice = 0;
         Form1.posform.selected = format_named(r.in[0]);
-        if (r.in.size() > 4 && r.in[4].starts_with("zone ")) { // a row of the drop-down
-            coord.zone_choice = static_cast<int>(val(r.in[4].substr(5)));
-        } else if (r.in.size() > 4) { // given on the datum itself
-            ASSERT_TRUE(datum_to_wgs({val(r.in[2]) * rad, val(r.in[3]) * rad}, datum_at(-1), pos));
-        }
+        for (std::size_t i = 4; i < r.in.size(); ++i)
+            if (r.in[i].starts_with("zone ")) { // a row of the drop-down
+                coord.zone_choice = static_cast<int>(val(r.in[i].substr(5)));
+            } else { // given on the datum itself
+                ASSERT_EQ(r.in[i], "local");
+                ASSERT_TRUE(
+                    datum_to_wgs({val(r.in[2]) * rad, val(r.in[3]) * rad}, datum_at(-1), pos));
+            }
         const int fmt = format_named(r.in[0]);
         settings.km_grid = true; // three decimals of a kilometre: whole metres either way
         pos_to_text(pos, zone, east, north, 0, fmt);
@@ -85,7 +89,8 @@ protected:
         }
         pos_rec back;
         EXPECT_TRUE(text_to_pos(zone, east, north, back, fmt));
-        const double most = in_double_zone(pos) ? series_error_m : 1.3;
+        const bool west_coast = fmt == fmt_british && pos.lon * semi_to_deg < -5.5;
+        const double most = in_double_zone(pos) ? series_error_m : west_coast ? 5 : 1.3;
         EXPECT_LT(apart(back, pos), most) << east << " " << north;
         EXPECT_TRUE(text_to_pos(zone, km_east, km_north, back, fmt));
         EXPECT_LT(apart(back, pos), most);
@@ -165,7 +170,34 @@ TEST_F(Grids, NewZealandGridAgreesWithItsControlPoints)
 }
 TEST_F(Grids, PublishedExamplesComeOut)
 {
-    check_file("published.tab", 6);
+    check_file("published.tab", 50);
+}
+// What publishers printed, and from where; no worked example of Gauß-Krüger zones is known to us,
+// their points are calculated with another library.
+TEST_F(Grids, PublishedPointsOfEachGridComeFromSeveralSources)
+{
+    std::map<std::string, std::set<std::string>> sources;
+    std::map<std::string, int> points;
+    for (const tab_row& r : read_tab("published.tab")) {
+        ++points[r.in[0]];
+        sources[r.in[0]].insert(r.source.substr(0, r.source.find(',')));
+    }
+    const struct {
+        const char* grid;
+        int points;
+        std::size_t sources;
+    } rows[] = {{"UTM", 10, 5},
+                {"MGRS", 6, 5},
+                {"(CH) Swiss Grid", 4, 1},
+                {"(F) Lambert", 5, 2},
+                {"(GB) British Grid", 18, 2},
+                {"(IRL) Irish Grid", 2, 2},
+                {"(NZ) New Zealand Grid", 4, 1},
+                {"(NZ) NZTM2000", 3, 1}};
+    for (const auto& row : rows) {
+        EXPECT_GE(points[row.grid], row.points) << row.grid;
+        EXPECT_GE(sources[row.grid].size(), row.sources) << row.grid;
+    }
 }
 TEST_F(Grids, UserGridsAgreeWithSixControlPointsEach)
 {
@@ -339,6 +371,20 @@ TEST(LambertZones, FollowTheLimitsInTheirOrder)
     EXPECT_EQ(lambert_zone({0.75, 0.13}), 3);
     EXPECT_EQ(lambert_zone({0.80, 0.05}), 2);
     EXPECT_EQ(lambert_zone({0.85, 0.05}), 1);
+}
+
+TEST(LambertCone, AgreesWithTheWorkedExampleOfTheManual)
+{
+    // J. P. Snyder, Map Projections, USGS 1395: Clarke 1866, parallels 33 and 45, origin 23 N 96 W.
+    constexpr double rad = 3.14159265358979323846 / 180;
+    const datum_rec clarke = datum_make("", -69.4, -0.37264639, 0, 0, 0);
+    const lambert_rec c = lambert_set(33, 45, 23, clarke);
+    const plane_rec p = lambert_forward({35 * rad, -75 * rad}, -96 * rad, c);
+    EXPECT_NEAR(p.east, 1894410.9, 0.3);
+    EXPECT_NEAR(p.north, 1564649.5, 0.3);
+    const geo_rec back = lambert_inverse(p, -96 * rad, c);
+    EXPECT_NEAR(back.lat, 35 * rad, 1e-9);
+    EXPECT_NEAR(back.lon, -75 * rad, 1e-9);
 }
 
 TEST(LambertCone, TheDegenerateConeThrowsNothing)
