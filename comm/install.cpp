@@ -2,6 +2,7 @@
 
 #include "comm/comm.h"
 #include "comm/gar_ident.h"
+#include "comm/port_menu.h"
 #include "core/job.h"
 
 namespace velkoro {
@@ -11,6 +12,7 @@ void comm_install()
     comm_listen();
     gar_ident_install();
     job.ended = [] { comm_port_set(false); };
+    port_menu_install();
 }
 
 } // namespace velkoro
