@@ -13,6 +13,8 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 
 using namespace velkoro;
 
@@ -151,4 +153,14 @@ TEST(UsbAdapter, WithoutAReceiverNothingIsFound)
     EXPECT_FALSE(comm_port_set(true));
     EXPECT_EQ(garmin_comm(254, "", 255, false), "");
     comm = {};
+}
+
+TEST(UsbAdapter, TheShippedRuleGivesTheDeviceToTheUserAtTheMachine)
+{
+    std::ifstream in(VELKORO_SOURCE_DIR "/comm/70-velkoro.rules");
+    const std::string rule(std::istreambuf_iterator<char>(in), {});
+    for (const char* part : {"SUBSYSTEM==\"usb\"", "ATTR{idVendor}==\"091e\"",
+                             "ATTR{idProduct}==\"0003\"", "TAG+=\"uaccess\""})
+        EXPECT_NE(rule.find(part), std::string::npos) << part;
+    // The system grants the access in its rules number 73, so ours stands ahead of them.
 }
