@@ -24,7 +24,7 @@ namespace {
 
 /// The rows stand in the order of the list `filform`. Each format's procedures and its test of a
 /// file's content are declared in its own header.
-const format_row table[] = {
+constexpr format_row table[] = {
     // The native text format: what a row text without one of the other names means.
     {.name = "VELkoro Text",
      .import_patterns = "*.txt",
