@@ -4,13 +4,14 @@
 ///     Waypoints Alps;hddd°mm.mmm';WGS 84
 ///     Name      ;Latitude;Longitude;Alt m;Symbol;Time    dd.mm.yyyy hh:nn:ss;Prox m;Comment
 ///     ZUGSP     ;N 47°25.268';E010°59.112';2962;Summit;02.05.2003 08:15:30;;@Zugspitze, west
+///     GARMI     ;N 47°29.520';E011°05.700';;Waypoint;;
 ///     <end>
 ///     Route 01 TOUR;2
 ///     Name      ;Bearing;Distance km;   hh:mm;km/h;Corr;Comment
-///     ZUGSP     ;
-///     GARMI     ;049°;12.3;   3:05;4;-2;@by train
-///     Summ      ;;12.3;   3:05
-///     Direct    ;049°;12.3
+///     ZUGSP     ;;;;;
+///     GARMI     ;044°;11.4;    2:51;4;-2;@by train
+///     Summ      ;;11.4;    2:51
+///     Direct    ;046°;11.4
 ///     <end>
 ///
 /// Fields are separated by a semicolon, a comma or a TAB, whichever stands in the line. A field

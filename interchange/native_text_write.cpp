@@ -221,11 +221,12 @@ void put_waypoints(export_job& out)
 
 /// A point of a route as its line shows it.
 struct route_point {
-    std::string key{}, speed{}, corr{}, text{};
+    std::string key{}; // of the waypoint as its own line gives it
+    std::string speed{}, corr{}, text{};
     int index = -1; // in the store
 };
 
-std::vector<route_point> points_of(const route_rec& route)
+std::vector<route_point> points_of(const export_job& out, const route_rec& route)
 {
     const std::vector<std::string> keys = list_tokens(route.wps), speeds = list_tokens(route.speed);
     const std::vector<std::string> corrs = list_tokens(route.korr), texts = list_tokens(route.anw);
@@ -235,8 +236,11 @@ std::vector<route_point> points_of(const route_rec& route)
     std::vector<route_point> points;
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const int index = wp_find_key(keys[i], {}, -1, store.wp_top);
-        if (index >= 0)
-            points.push_back({keys[i], token(speeds, i), token(corrs, i), token(texts, i), index});
+        if (index < 0)
+            continue;
+        const wayp_rec& w = store.wp[static_cast<std::size_t>(index)];
+        points.push_back({wp_key(name_of(out, w), comment_of(out, w)), token(speeds, i),
+                          token(corrs, i), token(texts, i), index});
     }
     return points;
 }
@@ -291,7 +295,7 @@ void put_route(export_job& out, int number, std::string_view name, const route_r
     }
     put_end(out);
 
-    const std::vector<route_point> points = points_of(route);
+    const std::vector<route_point> points = points_of(out, route);
     double distance = 0, seconds = 0;
     for (std::size_t i = 0; i < points.size(); ++i) {
         const route_point& p = points[i];

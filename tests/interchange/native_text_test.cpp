@@ -321,6 +321,17 @@ TEST_F(NativeText, WaypointsOfOneNameInTwoGroupsStayApartInRoutes)
     EXPECT_EQ(store.rou[0].wps, "@BBBHUT$HUT$@AAAHUT$");
 }
 
+TEST_F(NativeText, RoutesFollowNamesThatAreCutAndCommentsThatAreLeftOut)
+{
+    put("LONGNAME1", "@AAA one", 48, 11);
+    put("OTHER", "", 49, 12);
+    put_route("ALL", {"@AAALONGNAME1", "OTHER"});
+    const std::string text = written({.name_length = 5, .comments = false});
+    EXPECT_EQ(text.find("@AAA"), std::string::npos);
+    EXPECT_EQ(load(text).bad_lines, 0);
+    EXPECT_EQ(store.rou[0].wps, "LONGN$OTHER$");
+}
+
 TEST_F(NativeText, KeepsTheInputsOfEveryLeg)
 {
     put("A", "", 48, 11);
