@@ -6,7 +6,7 @@ build_packages=(build-essential cmake ninja-build pkg-config ccache
     fonts-dejavu-core)
 
 test_packages=(libgtest-dev libbenchmark-dev clang libclang-rt-14-dev
-    xvfb xauth openbox xdotool imagemagick umockdev poppler-utils
+    xvfb xauth openbox xdotool imagemagick umockdev poppler-utils gpsbabel
     fonts-liberation)
 
 # Installs those of the named packages that are missing; asks for nothing when all are there.

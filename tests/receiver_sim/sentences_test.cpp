@@ -49,7 +49,7 @@ TEST_F(SimMagellan, SendsAListLineByLineWithHandshake)
 {
     r.waypoints = {hut, quay};
     ask("PMGNCMD,HANDON");
-    EXPECT_EQ(ask("PMGNCMD,WAYPOINT"), strings{sim_sentence(hut)});
+    EXPECT_EQ(ask("PMGNCMD,WAYPOINT"), (strings{sim_sentence("PMGNCSM,71"), sim_sentence(hut)}));
     EXPECT_EQ(ask("PMGNCSM,00"), strings{}); // not that line's
     EXPECT_EQ(ask("PMGNCSM,79"), strings{sim_sentence(quay)});
     EXPECT_EQ(ask("PMGNCSM,52"), strings{"$PMGNCMD,END*3D\r\n"});

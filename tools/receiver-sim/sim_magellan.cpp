@@ -30,8 +30,7 @@ void send_list(sim_magellan& r, const std::vector<std::string>& list)
         send_next(r);
 }
 
-/// A command of the host: what stands behind "PMGNCMD,". A command is not acknowledged by PMGNCSM:
-/// what it asks for is the answer.
+/// A command of the host: what stands behind "PMGNCMD,".
 void obey(sim_magellan& r, std::string_view command)
 {
     if (command == "HANDON") {
@@ -65,6 +64,8 @@ void take_sentence(sim_magellan& r, std::string_view body, std::string_view sum)
         if (body.substr(8) == r.last_sum && r.handshake)
             send_next(r);
     } else if (body.starts_with("PMGNCMD,")) {
+        if (r.handshake)
+            r.send(sim_sentence("PMGNCSM," + std::string(sum)));
         obey(r, body.substr(8));
     } else if (body.starts_with("PMGNWPL,") || body.starts_with("PMGNRTE,") ||
                body.starts_with("PMGNTRK,") || body.starts_with("GPWPL,")) {

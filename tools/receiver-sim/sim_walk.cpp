@@ -18,25 +18,7 @@ constexpr double knots = 1852.0 / 3600;
 constexpr int leap_seconds = 13;
 constexpr std::int64_t week_s = 7 * 86400;
 
-struct calendar {
-    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
-};
-
-calendar calendar_of(std::int64_t time)
-{
-    using namespace std::chrono;
-    constexpr sys_days epoch = year{1989} / 12 / 31;
-    const sys_seconds at = sys_seconds(epoch) + seconds(time);
-    const sys_days day = floor<days>(at);
-    const year_month_day date(day);
-    const auto in_day = static_cast<int>((at - day).count());
-    return {static_cast<int>(date.year()),
-            static_cast<int>(static_cast<unsigned>(date.month())),
-            static_cast<int>(static_cast<unsigned>(date.day())),
-            in_day / 3600,
-            in_day / 60 % 60,
-            in_day % 60};
-}
+constexpr std::chrono::sys_days epoch = std::chrono::year{1989} / 12 / 31;
 
 sim_place place_at(const sim_walk& walk, std::int64_t second)
 {
@@ -66,6 +48,33 @@ void put_f64(byte_writer& w, double value)
 
 } // namespace
 
+sim_calendar sim_calendar_of(std::int64_t time)
+{
+    using namespace std::chrono;
+    const sys_seconds at = sys_seconds(epoch) + seconds(time);
+    const sys_days day = floor<days>(at);
+    const year_month_day date(day);
+    const auto in_day = static_cast<int>((at - day).count());
+    return {static_cast<int>(date.year()),
+            static_cast<int>(static_cast<unsigned>(date.month())),
+            static_cast<int>(static_cast<unsigned>(date.day())),
+            in_day / 3600,
+            in_day / 60 % 60,
+            in_day % 60};
+}
+
+std::optional<std::int64_t> sim_time_of(const sim_calendar& c)
+{
+    using namespace std::chrono;
+    const year_month_day date{year{c.year}, month{static_cast<unsigned>(c.month)},
+                              day{static_cast<unsigned>(c.day)}};
+    if (!date.ok() || c.hour < 0 || c.hour > 23 || c.minute < 0 || c.minute > 59 || c.second < 0 ||
+        c.second > 59)
+        return std::nullopt;
+    return std::int64_t{(sys_days(date) - epoch).count()} * 86400 + c.hour * 3600 + c.minute * 60 +
+           c.second;
+}
+
 sim_fix sim_fix_at(const sim_walk& walk, std::int64_t second)
 {
     sim_fix fix{place_at(walk, second)};
@@ -87,10 +96,26 @@ std::string sim_angle(double degrees, bool is_latitude)
            pic((thousandths - whole * 60000) / 1000, "00.000") + "," + hemisphere;
 }
 
+std::optional<double> sim_degrees_of(std::string_view number, std::string_view hemisphere)
+{
+    if (!is_number(number) || hemisphere.size() != 1)
+        return std::nullopt;
+    const double packed = val(number);
+    const double whole = std::floor(packed / 100);
+    const double degrees = whole + (packed - whole * 100) / 60;
+    switch (hemisphere[0]) {
+    case 'N':
+    case 'E': return degrees;
+    case 'S':
+    case 'W': return -degrees;
+    default: return std::nullopt;
+    }
+}
+
 std::string sim_nmea(const sim_walk& walk, std::int64_t second)
 {
     const sim_fix fix = sim_fix_at(walk, second);
-    const calendar c = calendar_of(fix.place.time);
+    const sim_calendar c = sim_calendar_of(fix.place.time);
     const std::string time = pic(c.hour, "00") + pic(c.minute, "00") + pic(c.second, "00");
     const std::string date = pic(c.day, "00") + pic(c.month, "00") + pic(c.year % 100, "00");
     std::string out;
@@ -112,7 +137,7 @@ std::string sim_nmea(const sim_walk& walk, std::int64_t second)
 
 std::string sim_d600(std::int64_t time)
 {
-    const calendar c = calendar_of(time);
+    const sim_calendar c = sim_calendar_of(time);
     byte_writer w;
     w.u8(static_cast<std::uint8_t>(c.month));
     w.u8(static_cast<std::uint8_t>(c.day));
@@ -121,6 +146,19 @@ std::string sim_d600(std::int64_t time)
     w.u8(static_cast<std::uint8_t>(c.minute));
     w.u8(static_cast<std::uint8_t>(c.second));
     return w.out;
+}
+
+std::optional<std::int64_t> sim_time_of_d600(std::string_view data)
+{
+    byte_reader in(data);
+    sim_calendar c;
+    c.month = in.u8();
+    c.day = in.u8();
+    c.year = in.i16();
+    c.hour = in.i16();
+    c.minute = in.u8();
+    c.second = in.u8();
+    return in.ok() ? sim_time_of(c) : std::nullopt;
 }
 
 std::string sim_d700(const sim_walk& walk, std::int64_t second)

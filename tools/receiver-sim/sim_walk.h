@@ -4,7 +4,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velkoro {
@@ -38,10 +40,22 @@ std::string sim_nmea(const sim_walk& walk, std::int64_t second);
 
 /// Data of the Garmin records of that second.
 std::string sim_d600(std::int64_t time); ///< date and time
+/// The time that such a record holds, seconds since 31 December 1989 UTC; nothing when it is none.
+std::optional<std::int64_t> sim_time_of_d600(std::string_view data);
 std::string sim_d700(const sim_walk& walk, std::int64_t second);
 std::string sim_d800(const sim_walk& walk, std::int64_t second);
 
+struct sim_calendar {
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+};
+/// Date and time of day, UTC; the time counts seconds since 31 December 1989.
+sim_calendar sim_calendar_of(std::int64_t time);
+/// The reverse; nothing for a date or a time of day that there is not.
+std::optional<std::int64_t> sim_time_of(const sim_calendar& c);
+
 /// ddmm.mmm and hemisphere as two fields ("4828.413,N"); three degree digits for a longitude.
 std::string sim_angle(double degrees, bool is_latitude);
+/// Degrees of those two fields; nothing when they hold no angle.
+std::optional<double> sim_degrees_of(std::string_view number, std::string_view hemisphere);
 
 } // namespace velkoro
