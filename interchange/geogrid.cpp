@@ -26,15 +26,24 @@ struct ovl_place {
     bool has_lat = false, has_lon = false;
 };
 
+/// A coordinate of a point of a line. They are put in order when the section ends, so that a
+/// number, however large, costs nothing.
+struct ovl_part {
+    unsigned number = 0;
+    bool longitude = false;
+    double value = 0;
+};
+
 /// A section under way.
 struct ovl_symbol {
     bool open = false;
     int line = 0; // where it began
     int kind = 0;
     int colour = 0;
+    int count = -1; // of the points of a line, as told
     std::string_view text{};
     ovl_place place{};
-    std::vector<ovl_place> points{};
+    std::vector<ovl_part> parts{};
     bool bad = false;
 };
 
@@ -53,6 +62,12 @@ struct ovl_reader {
     /// Put together at the end, when all waypoints that their points may be are known.
     std::vector<ovl_route> routes{};
 };
+
+void set_coordinate(ovl_place& place, bool longitude, double angle)
+{
+    (longitude ? place.lon : place.lat) = angle;
+    (longitude ? place.has_lon : place.has_lat) = true;
+}
 
 bool position_of(const import_job& in, const ovl_place& place, pos_rec& pos)
 {
@@ -83,18 +98,22 @@ void finish_line(ovl_reader& r)
     r.has_route_name = false;
     if (r.symbol.colour >= 1 && r.symbol.colour <= 4)
         route.colour = static_cast<std::int16_t>(r.symbol.colour);
+    std::vector<ovl_part>& parts = r.symbol.parts;
+    std::ranges::stable_sort(parts, {}, &ovl_part::number);
     bool bad = r.symbol.bad;
-    // Points count from 0 or from 1.
-    const bool from_1 = !r.symbol.points.empty() && !r.symbol.points.front().has_lat &&
-                        !r.symbol.points.front().has_lon;
-    for (std::size_t i = from_1 ? 1 : 0; i < r.symbol.points.size(); ++i) {
+    int points = 0;
+    for (std::size_t i = 0; i < parts.size(); ++points) {
+        const unsigned number = parts[i].number;
+        ovl_place place;
+        for (; i < parts.size() && parts[i].number == number; ++i)
+            set_coordinate(place, parts[i].longitude, parts[i].value);
         pos_rec pos;
-        if (position_of(r.in, r.symbol.points[i], pos))
+        if (position_of(r.in, place, pos))
             route.points.push_back(pos);
         else
             bad = true;
     }
-    if (bad || route.points.empty())
+    if (bad || points == 0 || (r.symbol.count >= 0 && r.symbol.count != points))
         bad_symbol(r);
     r.routes.push_back(std::move(route));
 }
@@ -126,36 +145,33 @@ void finish_symbol(ovl_reader& r)
 
 void begin_symbol(ovl_reader& r)
 {
-    std::vector<ovl_place> room = std::move(r.symbol.points);
+    std::vector<ovl_part> room = std::move(r.symbol.parts);
     room.clear();
     r.symbol = {};
     r.symbol.open = true;
     r.symbol.line = r.in.line;
-    r.symbol.points = std::move(room);
+    r.symbol.parts = std::move(room);
 }
 
 /// "XKoord" or "YKoord", alone or with the number of a point.
 void take_coordinate(ovl_reader& r, bool longitude, std::string_view number, std::string_view value)
 {
-    ovl_place* place = &r.symbol.place;
-    if (!number.empty()) {
-        unsigned i = 0;
-        const char* const end = number.data() + number.size();
-        const auto [stop, error] = std::from_chars(number.data(), end, i);
-        // Each point needs two lines, so no honest number is larger than the file.
-        if (error != std::errc() || stop != end || i > r.in.text.size() / 16) {
-            bad_line(r.in);
-            return;
-        }
-        if (i >= r.symbol.points.size())
-            r.symbol.points.resize(i + std::size_t{1});
-        place = &r.symbol.points[i];
-    }
-    double& angle = longitude ? place->lon : place->lat;
-    bool& has = longitude ? place->has_lon : place->has_lat;
-    has = to_number(value, angle);
-    if (!has)
+    double angle = 0;
+    if (!to_number(value, angle)) {
         r.symbol.bad = true;
+        return;
+    }
+    if (number.empty()) {
+        set_coordinate(r.symbol.place, longitude, angle);
+        return;
+    }
+    unsigned i = 0;
+    const char* const end = number.data() + number.size();
+    const auto [stop, error] = std::from_chars(number.data(), end, i);
+    if (error != std::errc() || stop != end)
+        bad_line(r.in);
+    else
+        r.symbol.parts.push_back({i, longitude, angle});
 }
 
 void take_key(ovl_reader& r, std::string_view key, std::string_view value)
@@ -167,6 +183,8 @@ void take_key(ovl_reader& r, std::string_view key, std::string_view value)
         to_number(value, r.symbol.kind);
     else if (equal_nocase(key, "Col"))
         to_number(value, r.symbol.colour);
+    else if (equal_nocase(key, "Punkte"))
+        to_number(value, r.symbol.count);
     else if (equal_nocase(key, "Text"))
         r.symbol.text = trim(value);
 }

@@ -85,10 +85,12 @@ TEST_F(Geogrid, CountsMalformedSymbolsAndReadsTheRest)
                   "[Symbol 3]\nTyp=3\n"
                   "[Symbol 4]\nTyp=3\nXKoord0=1\nYKoord0=2\nXKoord1=x\nYKoord1=2\n"
                   "[Symbol 5]\nTyp=2\nno key\nText=A\nXKoord=3\nYKoord=4\n"
-                  "[Symbol 6]\nTyp=3\nXKoord4000000000=1\nXKoord99999=1\nXKoord-1=0\n"),
+                  "[Symbol 6]\nTyp=3\nXKoord40000000000=1\nXKoord99999=1\nXKoord-1=0\n"
+                  "[Symbol 7]\nTyp=3\nPunkte=2\nXKoord0=1\nYKoord0=2\n"),
               "W A||4.00000 3.00000|-|-|-\n"
               "W R-21||2.00000 1.00000|-|-|-\n"
               "R R-2: R-21\n"
+              "R R-4: R-21\n"
               "bad 9\n");
 }
 
