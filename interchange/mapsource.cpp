@@ -10,6 +10,7 @@ namespace {
 constexpr char tab = '\t';
 constexpr double foot_m = 0.3048;
 constexpr std::size_t most_fields = 32;
+constexpr int text_positions = 7964; // positions in a form that is not known
 using row_fields = std::array<std::string_view, most_fields>;
 
 /// Places of the columns that count, in a row whose first field is its kind; 0 for a column that
@@ -165,7 +166,7 @@ void read_mapsource(import_job& in)
             read_header(f, n, columns);
         } else if (equal_nocase(kind, "Grid")) {
             if (!known_grid(f[1])) {
-                refuse(in, 0, f[1]);
+                refuse(in, text_positions, f[1]);
                 return;
             }
             grid_told = true;

@@ -14,6 +14,7 @@ namespace {
 constexpr int unknown_metres = -9999;
 constexpr std::size_t least_name = 6, comment_width = 40;
 constexpr std::size_t none = std::string_view::npos;
+constexpr int text_positions = 7964; // positions in a form that is not known
 
 // Reading
 // -------------------------------------------------------------------------------------------------
@@ -321,7 +322,7 @@ void read_pcx5(import_job& in)
             break;
         case 'U':
             if (!read_form(line, state.form)) {
-                refuse(in, 0, trim(rest));
+                refuse(in, text_positions, trim(rest));
                 return;
             }
             break;

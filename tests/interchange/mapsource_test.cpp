@@ -105,6 +105,10 @@ TEST_F(Mapsource, TheGridLineIsKnownInEveryLanguage)
     EXPECT_EQ(file(row, "Lat/Lon hddd\xB0mm'ss.s\""), read_well);
     EXPECT_EQ(file(row, "UTM"), "refused\n");
     EXPECT_EQ(file(row, "Swiss Grid"), "refused\n");
+    scripted_platform::plain_texts();
+    EXPECT_EQ(import_bytes(*format_of_text("Mapsource", true), "Grid\tMGRS\r\n" + tabs(row), ".txt")
+                  .remarks,
+              text(7964, "MGRS"));
     EXPECT_EQ(read("Mapsource", ".txt", tabs(row)), "refused\n");
 }
 

@@ -1,6 +1,6 @@
 #include "interchange/ozi.h"
 
-#include "core/code_page.h"
+#include "core/files.h"
 #include "tests/interchange/format_fixture.h"
 
 using namespace velkoro;
@@ -216,10 +216,28 @@ TEST_F(Ozi, TheFilesDatumCounts)
     EXPECT_EQ(read("OziExplorer", ".wpt", first + "European 1950" + rest),
               "W A||48.12261 11.56683|-|-|-\n");
     EXPECT_TRUE(user.messages.empty());
+    EXPECT_EQ(read("OziExplorer", ".wpt", first + "european-1950 (Mean Solution)" + rest),
+              "W A||48.12261 11.56683|-|-|-\n");
     // An unknown one is told, and nothing is read against the user's will.
     user.answers = {answer::no};
     EXPECT_EQ(read("OziExplorer", ".wpt", first + "Mars 2000" + rest), "refused\n");
     EXPECT_EQ(user.numbers(), (std::vector<int>{7961}));
+}
+
+TEST_F(Ozi, DatumsOfOtherProgramsAreKnownByTheirNames)
+{
+    datums = datum_parse(
+        read_file(VELKORO_SOURCE_DIR "/data/Datum.ins").value_or("")); // the shipped table
+    for (const char* name :
+         {"Potsdam Rauenberg DHDN", "Ord Srvy Grt Britn", "NTF France", "CH-1903", "Finland Hayfrd",
+          "Geod Datum '49", "So American '69", "Tokyo mean", "Austria", "Ain el Abd 1970",
+          "NAD27 CONUS", "Prov So Chilean '63"}) {
+        const std::string out = read("OziExplorer", ".wpt",
+                                     "OziExplorer Waypoint File Version 1.1\r\n" +
+                                         std::string(name) + "\r\n\r\n\r\n1,A,10,20\r\n");
+        EXPECT_TRUE(user.messages.empty()) << name;
+        EXPECT_NE(out, "W A||10.00000 20.00000|-|-|-\n") << name << " is shifted";
+    }
 }
 
 TEST_F(Ozi, OtherFilesAreRefused)

@@ -264,11 +264,17 @@ TEST_F(Pcx5, RowsAheadOfTheCoordinateFormAreMalformed)
               "bad 1\n");
 }
 
-TEST_F(Pcx5, OtherCoordinateSystemsAreRefused)
+TEST_F(Pcx5, OtherCoordinateSystemsAreRefusedByName)
 {
     const std::string row = "W  A      N4807.40700 E01134.07340\r\n";
     EXPECT_EQ(rows(row, "XYZ"), "refused\n");
-    EXPECT_EQ(read("PCX5", ".wpt", "H  SOFTWARE NAME & VERSION\r\nU  UTM\r\n" + row), "refused\n");
+    scripted_platform::plain_texts();
+    const import_result result =
+        import_bytes(*format_of_text("PCX5", true),
+                     "H  SOFTWARE NAME & VERSION\r\nU  UTM UPS\r\n" + row, ".wpt");
+    EXPECT_EQ(result.end, native_end::not_native);
+    EXPECT_EQ(result.remarks, text(7964, "UTM UPS"));
+    EXPECT_EQ(store.wp_top, -1);
 }
 
 TEST_F(Pcx5, TheFilesDatumCounts)
