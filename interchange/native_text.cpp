@@ -122,7 +122,21 @@ std::optional<std::string_view> behind_word(std::string_view line, std::string_v
 // Reading
 // -------------------------------------------------------------------------------------------------
 
-enum class column { name, lat, lon, east, north, alt, symbol, time, prox, speed, corr, none };
+enum class column {
+    name,
+    lat,
+    lon,
+    east,
+    north,
+    alt,
+    symbol,
+    time,
+    prox,
+    speed,
+    corr,
+    comment,
+    none
+};
 constexpr std::size_t column_count = static_cast<std::size_t>(column::none);
 
 struct caption_row {
@@ -130,10 +144,10 @@ struct caption_row {
     column kind;
 };
 constexpr caption_row captions[] = {
-    {native_name, column::name}, {"Lat", column::lat},        {"Lon", column::lon},
-    {"East", column::east},      {"North", column::north},    {"Alt", column::alt},
-    {"Symbol", column::symbol},  {native_time, column::time}, {"Prox", column::prox},
-    {"km/h", column::speed},     {"Corr", column::corr},
+    {native_name, column::name}, {"Lat", column::lat},     {"Lon", column::lon},
+    {"East", column::east},      {"North", column::north}, {"Alt", column::alt},
+    {"Symbol", column::symbol},  {"Time", column::time},   {"Prox", column::prox},
+    {"km/h", column::speed},     {"Corr", column::corr},   {"Comment", column::comment},
 };
 
 struct native_reader {
@@ -145,7 +159,7 @@ struct native_reader {
     date_order order = date_order::day_month_year;
     std::array<int, column_count> place{}; // of each column in a line, -1 none
     native_line line{};
-    std::string name_room{}, room{};
+    std::string name_room{}, comment_room{}, room{};
 
     std::string_view field(column c) const
     {
@@ -166,10 +180,10 @@ void waypoint_columns(native_reader& r)
 {
     if (r.fmt <= fmt_seconds)
         put_columns(r, {column::name, column::lat, column::lon, column::alt, column::symbol,
-                        column::time, column::prox});
+                        column::time, column::prox, column::comment});
     else
         put_columns(r, {column::name, column::east, column::north, column::alt, column::symbol,
-                        column::time, column::prox});
+                        column::time, column::prox, column::comment});
 }
 
 /// The order of day, month and year in a picture.
@@ -192,12 +206,12 @@ column column_of(std::string_view caption)
 /// Takes the columns from a line of headings; false when it is none.
 bool take_headings(native_reader& r)
 {
-    if (r.line.quoted_name || !equal_nocase(r.line.fields[0], native_name))
-        return false;
     const auto known = [](std::string_view caption) { return column_of(caption) != column::none; };
-    if (r.line.count > 1 && !std::any_of(r.line.fields.begin() + 1, r.line.fields.end(), known))
-        return false; // a waypoint of that name
+    if (!equal_nocase(r.line.fields[0], native_name) || (r.line.count == 1 && r.line.quoted_name) ||
+        (r.line.count > 1 && std::ranges::count_if(r.line.fields, known) < 2))
+        return false; // a waypoint, perhaps of that name
     r.place.fill(-1);
+    r.feet = false;
     for (std::size_t i = 0; i < r.line.count; ++i) {
         const std::string_view caption = r.line.fields[i];
         const column c = column_of(caption);
@@ -207,7 +221,7 @@ bool take_headings(native_reader& r)
         if (c == column::alt)
             r.feet = find_nocase(caption, "ft") != std::string_view::npos;
         if (c == column::time)
-            r.order = order_of(caption.substr(native_time.size()));
+            r.order = order_of(caption.substr(std::string_view("Time").size()));
     }
     return true;
 }
@@ -302,6 +316,16 @@ std::int16_t take_symbol(std::string_view field)
     return number < 0 || number > 32767 ? std::int16_t{0} : static_cast<std::int16_t>(number);
 }
 
+/// The comment behind its "@"; a spreadsheet may have put the field in quotation marks, and a
+/// person may have left the "@" out.
+std::string_view comment_of(native_reader& r)
+{
+    if (!r.line.comment.empty())
+        return r.line.comment;
+    const std::string_view comment = single_marks(r.field(column::comment), r.comment_room);
+    return comment.starts_with('@') ? comment.substr(1) : comment;
+}
+
 void take_waypoint(native_reader& r)
 {
     pos_rec pos;
@@ -314,7 +338,7 @@ void take_waypoint(native_reader& r)
     const std::optional<std::int32_t> dat = to_time(time, {}, r.order);
     if (!time.empty() && !dat)
         bad_line(r.in); // the rest of it is good
-    add_waypoint(r.in, name, r.line.comment, pos, dat.value_or(0),
+    add_waypoint(r.in, name, comment_of(r), pos, dat.value_or(0),
                  take_altitude(r.field(column::alt), r.feet), take_proximity(r.field(column::prox)),
                  take_symbol(single_marks(r.field(column::symbol), r.room)));
 }
@@ -326,7 +350,7 @@ void take_point(native_reader& r)
         bad_line(r.in);
         return;
     }
-    set_route_leg(r.in, r.field(column::speed), r.field(column::corr), r.line.comment);
+    set_route_leg(r.in, r.field(column::speed), r.field(column::corr), comment_of(r));
 }
 
 /// True when the line is none of a waypoint or point, and was taken.
@@ -345,7 +369,8 @@ bool take_word(native_reader& r, std::string_view text, bool& good)
         return true;
     }
     if (const auto rest = behind_word(text, native_zone)) {
-        r.zone = trim(*rest);
+        split_line(*rest, r.line); // a spreadsheet has filled the row up
+        r.zone = r.line.fields[0];
         return true;
     }
     if (const auto rest = behind_word(text, native_route)) {

@@ -194,6 +194,31 @@ TEST_F(NativeText, TakesTheColumnsFromTheHeadings)
               "W A|c|-48.50000 11.50000|1999-12-31 00:00:00|305|-\n");
 }
 
+TEST_F(NativeText, ReadsWhatASpreadsheetMakesOfIt)
+{
+    EXPECT_EQ(load("Waypoints Alps;UTM;WGS 84;;;;;\n"
+                   "Zone 32U;;;;;;;\n"
+                   "\"Name\";East;North;Alt m;Symbol;Time;Prox m;Comment\n"
+                   "A;0691089;5333211;;;02.05.2003;;\"@say \"\"a; b\"\"\"\n"
+                   "B;0691089;5334211;;;;;no mark\n"
+                   "<end>;;;;;;;\n"
+                   "Route 01 R;2;;;;;;\n"
+                   "Name;Bearing;Distance km;hh:mm;km/h;Corr;Comment;\n"
+                   "A;;;;;;;\n"
+                   "B;000°;1.0;;4;;\"@left; then right\";\n"
+                   "Summ;;1.0;;;;;\n"_w)
+                  .bad_lines,
+              0);
+    ASSERT_EQ(store.wp_top, 1);
+    EXPECT_EQ(wp(0).kom, "say \"a; b\"");
+    EXPECT_EQ(wp(1).kom, "no mark");
+    EXPECT_NE(wp(0).dat, 0);
+    ASSERT_EQ(store.rou_top, 0);
+    EXPECT_EQ(store.rou[0].wps, "A$B$");
+    EXPECT_EQ(store.rou[0].speed, "$4$");
+    EXPECT_EQ(store.rou[0].anw, "$left; then right$");
+}
+
 TEST_F(NativeText, ReadsKeywordsInAnyCaseAndABlockWithinOtherText)
 {
     EXPECT_EQ(load("WAYPOINTS Alps;utm;wgs 84\n"
