@@ -31,7 +31,7 @@ constexpr format_row table[] = {
      .export_patterns = "*.txt",
      .read = read_native_text,
      .write = write_native_text,
-     .options = opt_posform | opt_separator | opt_time | opt_name_length | opt_comment,
+     .options = opt_posform | opt_grids | opt_separator | opt_time | opt_name_length | opt_comment,
      .holds = {.comment = true,
                .altitude = true,
                .proximity = true,

@@ -107,6 +107,15 @@ TEST_F(NativeText, GivesTheZoneAheadOfThePositionsOfAGrid)
                                              end);
 }
 
+TEST_F(NativeText, IsWrittenInTheChosenCoordinateFormat)
+{
+    const format_row& row = *format_of_text("VELkoro Text");
+    for (const int fmt : {fmt_seconds, fmt_utm, fmt_swiss, fmt_nz}) {
+        Form1.posform.selected = fmt;
+        EXPECT_EQ(export_defaults(row).fmt, fmt);
+    }
+}
+
 TEST_F(NativeText, GivesDegreesWhereTheGridDoesNotReach)
 {
     put("BERN", "", 46.951, 7.4386);
