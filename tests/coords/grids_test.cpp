@@ -2,7 +2,9 @@
 
 #include "coords/grid_lambert.h"
 #include "coords/grid_swiss.h"
+#include "coords/grid_tm.h"
 #include "coords/grid_utm.h"
+#include "core/log.h"
 #include "core/num_text.h"
 #include "core/text_tools.h"
 
@@ -274,6 +276,39 @@ TEST_F(Grids, UserGridsReturnWhereTheirControlPointsLie)
     }
 }
 
+TEST(MeridianArc, ForwardAndInverseKeepTheirOwnLastCoefficient)
+{
+    constexpr double rad = 3.14159265358979323846 / 180;
+    const datum_rec airy = datum_make("Airy", 573.604, 0.11960023, 0, 0, 0);
+    const double lat = 49 * rad, n = airy.n;
+    const double length = (static_cast<double>(airy.a) + airy.b) / 2 * (1 + n * n / 4);
+    EXPECT_NEAR(tm_arc(lat, airy) - tm_arc_inverse(lat, airy),
+                -15.0 / 32 * n * n * n * n * length * std::sin(4 * lat), 1e-6);
+    EXPECT_NE(tm_arc(lat, airy), tm_arc_inverse(lat, airy));
+}
+
+TEST_F(Grids, ThePartsOfAWrappedLongitudeAreNotBroughtTogether)
+{
+    // The difference to the central meridian stands as it is: no text of sense beyond 180 degrees,
+    // while a text of the grid leads to the place.
+    use_datum("NZGD2000");
+    const int nztm = format_named("(NZ) NZTM2000");
+    const pos_rec chatham = at(-43.95, -176.55);
+    pos_to_text(chatham, zone, east, north, 0, nztm);
+    EXPECT_LT(val(east), -10000000);
+    pos_rec back;
+    EXPECT_TRUE(text_to_pos("", "2438678", "5080296", back, nztm));
+    EXPECT_LT(apart(back, chatham), 500); // the error of the series ten degrees off
+    EXPECT_LT(back.lon, 0);
+    // A chosen zone ends at the date line, a zone that is found reaches its places.
+    use_datum("WGS 84");
+    Form1.posform.selected = fmt_utm;
+    coord.zone_choice = 60;
+    EXPECT_EQ(line(at(-12, -179.99), fmt_utm).substr(0, 5), "60L||");
+    coord.zone_choice = 0;
+    EXPECT_EQ(line(at(-12, -179.99), fmt_utm).substr(0, 4), "01L|");
+}
+
 TEST(UtmZones, NorwayAndSvalbardHaveTheirOwnWidths)
 {
     EXPECT_EQ(utm_meridian(5, 60), 9);
@@ -392,6 +427,19 @@ TEST(LambertCone, TheDegenerateConeThrowsNothing)
     const lambert_rec c = lambert_set(45, 45, 45, datum_make("", 0, 0, 0, 0, 0));
     const plane_rec p = lambert_forward({0.8, 0.1}, 0, c);
     EXPECT_FALSE(std::isfinite(p.east));
+}
+
+TEST(LambertCone, ADegenerateConeIsWrittenToTheLog)
+{
+    log_book.file = std::tmpfile();
+    ASSERT_NE(log_book.file, nullptr);
+    log_book.log_on = true;
+    lambert_set(45, 45, 45, datum_make("", 0, 0, 0, 0, 0));
+    std::rewind(log_book.file);
+    char line[80] = "";
+    EXPECT_NE(std::fgets(line, sizeof line, log_book.file), nullptr);
+    EXPECT_NE(std::string_view(line).find("lambert error"), std::string_view::npos) << line;
+    log_close();
 }
 
 TEST(SquareLetters, OutsideTheGridThereAreNone)
