@@ -116,7 +116,7 @@ void put_angle(export_job& out, double degrees, char letter)
 
 void put_name(export_job& out, const wayp_rec& w)
 {
-    put_text(out, name_of(out, w), ",", '-');
+    put_text(out, name_of(out, w), ",;#", '-');
     put(out, ',');
 }
 
@@ -196,7 +196,7 @@ void read_corpscon(import_job& in)
         }
         std::string_view name;
         pos_rec pos;
-        if (find_nocase(line, zone_words) != std::string_view::npos)
+        if (begins(line, zone_words) && line.find(',') == std::string_view::npos)
             take_remark(in, line, zone);
         else if (take_row(in, line, zone, name, pos))
             add_waypoint(in, name, {}, pos);

@@ -47,7 +47,7 @@ constexpr format_row table[] = {
      .write = write_fugawi,
      .is_it = is_fugawi,
      .options = opt_name_length,
-     .holds = {.time = time_step::day, .name_lacks = ","}},
+     .holds = {.time = time_step::day, .name_lacks = ",#"}},
 
     // Gardown
     {.name = "Gardown",
@@ -140,7 +140,8 @@ constexpr format_row table[] = {
      .read = read_streetatlas,
      .write = write_streetatlas,
      .is_it = is_streetatlas,
-     .options = opt_name_length},
+     .options = opt_name_length,
+     .holds = {.name_lacks = ",\""}},
 
     // Mapsource
     {.name = "Mapsource",
@@ -192,7 +193,7 @@ constexpr format_row table[] = {
      .read = read_corpscon,
      .write = write_corpscon,
      .options = opt_posform | opt_name_length,
-     .holds = {.name_lacks = ","}},
+     .holds = {.name_lacks = ",;#"}},
 };
 
 /// The word that tells a format in a row text: the first one of its name, for the native format

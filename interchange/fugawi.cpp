@@ -121,7 +121,7 @@ void write_fugawi(export_job& out)
     }
     each_waypoint(out, [&](const wayp_rec& w) {
         const geo_degrees g = on_datum(out, w.pos);
-        put_text(out, name_of(out, w), ",", '-');
+        put_text(out, name_of(out, w), ",#", '-');
         put(out, ',');
         put_decimal(out, g.lat, 2, 5);
         put(out, ',');

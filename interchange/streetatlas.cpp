@@ -88,7 +88,7 @@ void write_streetatlas(export_job& out)
         put(out, ' ');
         put_decimal(out, g.lon, 3, 5);
         put(out, ' ');
-        put_text(out, name_of(out, w));
+        put_text(out, name_of(out, w), ",\"", '-'); // readers take them for what parts the fields
         put_end(out);
     });
 }

@@ -1,8 +1,8 @@
 /// StreetAtlas 7.0: points as text, one a line: latitude, longitude, name.
 /// What is written has blanks between; read are commas, blanks or both, names in quotation marks,
 /// and the lines BEGIN SYMBOL and END around them are skipped, as all lines are that do not begin
-/// with a number. Positions are decimal degrees, south and west negative, WGS 84 when read. No
-/// routes, no altitude, no date.
+/// with a number. A comma or mark in a name is written as "-". Positions are decimal degrees, south
+/// and west negative, WGS 84 when read. No routes, no altitude, no date.
 #pragma once
 
 #include "interchange/export_job.h"

@@ -125,6 +125,18 @@ TEST_F(Corpscon, CountsMalformedLinesAndReadsTheRest)
               "W G||48.12345 11.56789|-|-|-\nbad 8\n");
 }
 
+TEST_F(Corpscon, NamesThatLookLikeRemarksOrZonesStayNames)
+{
+    put(";1", "", 1, 2);
+    put("##2", "", 3, 4);
+    put("UTM ZONE 3", "", 5, 6);
+    const std::string rows = "W -1||1.00000 2.00000|-|-|-\n"
+                             "W --2||3.00000 4.00000|-|-|-\n"
+                             "W UTM ZONE 3||5.00000 6.00000|-|-|-\n";
+    EXPECT_EQ(geo(write("CORPSCON", ".geo")), rows);
+    EXPECT_EQ(utm(write("CORPSCON", ".utm")), rows);
+}
+
 TEST_F(Corpscon, ReportsAnUnknownDatum)
 {
     user.answers = {answer::no};
