@@ -1,5 +1,6 @@
 // Sorting the list of a large library by stored keys and by distances to many places.
 #include "coords/install.h"
+#include "coords/units.h"
 #include "core/form1.h"
 #include "core/hooks.h"
 #include "core/reset.h"
@@ -74,6 +75,23 @@ void one_row(benchmark::State& state)
     }
 }
 BENCHMARK(one_row)->Unit(benchmark::kMicrosecond);
+
+// Another format over the whole library: the rows in view are written anew, 40 of them.
+void change_format(benchmark::State& state)
+{
+    begin();
+    Form1.posform.selected = 0;
+    const row_list& rows = Form1.Waypl2.rows;
+    for (auto _ : state) {
+        Form1.posform.selected = 3 - Form1.posform.selected; // degrees and UTM in turn
+        zone_fill();
+        row_refresh(-1, false);
+        for (int row = 0; row < 40; ++row)
+            for (int column = 0; column < list_cols; ++column)
+                benchmark::DoNotOptimize(rows.cell(row, column));
+    }
+}
+BENCHMARK(change_format)->Unit(benchmark::kMicrosecond);
 
 void mark_all(benchmark::State& state)
 {
