@@ -182,8 +182,8 @@ int write_pipe(const std::string& bytes)
 {
     if (usb.device == nullptr)
         return -1;
-    std::vector<unsigned char> out(bytes.begin(), bytes.end());
-    out.resize(std::max<std::size_t>(out.size(), 1)); // an empty transfer needs an address too
+    std::vector<unsigned char> out(bytes.size() + 1); // an empty transfer needs an address too
+    std::ranges::copy(bytes, out.begin());
     int count = 0;
     usb.error = libusb_bulk_transfer(usb.device, usb.ends.bulk_out, out.data(),
                                      static_cast<int>(bytes.size()), &count, transfer_ms);

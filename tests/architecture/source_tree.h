@@ -21,8 +21,8 @@ using source_tree = std::map<std::string, source_file>;
 /// Folders from the bottom up. A file includes from its own folder and from lower ones; the tests
 /// stand above all.
 inline const std::vector<std::string> folder_order = {
-    "core",  "coords", "waypoints", "routes", "tracks", "map",  "comm", "interchange",
-    "print", "ui",     "cli",       "app",    "bench",  "fuzz", "tests"};
+    "core",  "coords", "waypoints", "routes", "tracks", "map",   "comm", "interchange",
+    "print", "ui",     "cli",       "tools",  "app",    "bench", "fuzz", "tests"};
 
 /// All .h and .cpp of the folders above.
 source_tree read_sources();
