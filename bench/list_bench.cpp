@@ -7,6 +7,7 @@
 #include "core/texts.h"
 #include "waypoints/list.h"
 #include "waypoints/list_sort.h"
+#include "waypoints/such.h"
 
 #include <benchmark/benchmark.h>
 
@@ -101,5 +102,34 @@ void mark_all(benchmark::State& state)
     }
 }
 BENCHMARK(mark_all)->Unit(benchmark::kMillisecond);
+
+// One search over the whole library, as the button of the search window starts it.
+void search(benchmark::State& state)
+{
+    begin();
+    such_install();
+    such.nam[0].checked = state.range(0) == 0;
+    such.nam[1].checked = state.range(0) == 1;
+    such.Anf[0].checked = false;
+    such.Anf[1].checked = true;
+    such.stext.text = state.range(0) == 0 ? "99" : "nummer 49";
+    for (auto _ : state) {
+        such.form.shown = true;
+        such.OK.click();
+        benchmark::DoNotOptimize(wayp_list.marks);
+    }
+}
+BENCHMARK(search)->ArgName("comments")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// What one key in the search field costs.
+void search_key(benchmark::State& state)
+{
+    begin();
+    such.nam[0].checked = true; // names are searched in capitals
+    such.stext.text = "huette am weg nummer 4999";
+    for (auto _ : state)
+        such.stext.change();
+}
+BENCHMARK(search_key)->Unit(benchmark::kMicrosecond);
 
 } // namespace
