@@ -270,11 +270,6 @@ QRect velkoro_style::subElementRect(SubElement element, const QStyleOption* opti
         const bool bare = widget && widget->property("bare").toBool();
         return option->rect.adjusted(bare ? 1 : 6, 1, -6, -1);
     }
-    if (element == SE_HeaderArrow) { // on the line of the heading
-        QRect arrow = QProxyStyle::subElementRect(element, option, widget);
-        arrow.moveTop(option->rect.center().y() - arrow.height() / 2 + 1);
-        return arrow;
-    }
     return QProxyStyle::subElementRect(element, option, widget);
 }
 
@@ -347,9 +342,11 @@ void velkoro_style::drawPrimitive(PrimitiveElement element, const QStyleOption* 
         return;
     case PE_IndicatorHeaderArrow: {
         const auto* h = qstyleoption_cast<const QStyleOptionHeader*>(option);
+        QPointF at = QRectF(option->rect).center();
+        if (widget) // on the line of the headings; the toolkit's place lies above it
+            at.setY(widget->height() / 2.0);
         if (h)
-            draw_chevron(painter, QRectF(option->rect).center(), 4,
-                         option->palette.color(QPalette::WindowText),
+            draw_chevron(painter, at, 4, option->palette.color(QPalette::WindowText),
                          h->sortIndicator == QStyleOptionHeader::SortDown);
         return;
     }

@@ -223,6 +223,28 @@ TEST_F(EditorTest, ANewWaypointIsAppendedWithItsRow)
     EXPECT_EQ(user.numbers(), ints{});
 }
 
+TEST_F(EditorTest, ANewWaypointBeginsEmptyWithTheSymbolStoredLast)
+{
+    const int i = add({.nam = "A", .pos = at(1, 1), .symbmode = 1, .alt = 100});
+    const int chosen = 11; // a row of the list of symbols
+    int symbol = 0;
+    edit(i, [&] {
+        WAYPOINT.symb.rows.current = chosen;
+        symbol = WAYPOINT.symb.rows.rows[chosen].data;
+        ok();
+    });
+    ASSERT_EQ(wp(i).symb, symbol);
+    enter([&] {
+        EXPECT_EQ(WAYPOINT.symb.rows.current, chosen);
+        EXPECT_EQ(symbol_mode_chosen(), 1);
+        for (const control* c : {&WAYPOINT.nam, &WAYPOINT.kom, &WAYPOINT.lat, &WAYPOINT.lon,
+                                 &WAYPOINT.alt_feld, &WAYPOINT.Prox_feld})
+            EXPECT_EQ(c->text, "") << c->name;
+        EXPECT_EQ(WAYPOINT.dat_type.caption, "");
+        WAYPOINT.Abbr.click();
+    });
+}
+
 TEST_F(EditorTest, CancelLeavesTheStoreAsItWas)
 {
     store.wp_dirty = false;
