@@ -44,6 +44,11 @@ protected:
         for (const QChar c : QString::fromUtf8(utf8))
             QTest::sendKeyEvent(QTest::Click, &field, Qt::Key_unknown, QString(c), Qt::NoModifier);
     }
+    static void choose_editor()
+    {
+        click_row(1);
+        QTest::mouseClick(widget_of(Form1.Edit_w[1]), Qt::LeftButton);
+    }
     static QLineEdit* name_field() { return list().viewport()->findChild<QLineEdit*>(); }
     static void end_edit(Qt::Key key)
     {
@@ -236,6 +241,38 @@ TEST_P(ListUser, HeadingsSortAndTheOrderIsKept)
     EXPECT_NE(shown(0, position_column), "");
     EXPECT_EQ(list().model()->headerData(2, Qt::Horizontal).toString().toStdString(),
               to_utf8(text(2345)));
+}
+
+TEST_P(ListUser, ColumnWidthsAndThePlaceOfTheEditorComeBackAtTheNextStart)
+{
+    const auto in_editor = [](const std::function<void(QWidget&)>& act) {
+        bool done = false;
+        QTimer user;
+        QObject::connect(&user, &QTimer::timeout, [&] {
+            QWidget* w = QApplication::activeModalWidget();
+            if (done || !w || w != widget_of(WAYPOINT.form))
+                return;
+            done = true;
+            act(*w);
+            close_window(WAYPOINT.form);
+            binder_flush();
+        });
+        user.start(10);
+        choose_editor();
+        EXPECT_TRUE(done);
+    };
+    in_editor([](QWidget& w) {
+        w.move(3, 60); // the screen of the tests is hardly wider than the window
+        QCoreApplication::processEvents();
+    });
+    list().header()->resizeSection(name_column, 166);
+    EXPECT_TRUE(run_main_loop([] { choose(Form1.Ende); }));
+    EXPECT_EQ(shown_texts().size(), 0U);
+    WAYPOINT.form.left = WAYPOINT.form.top = -1; // a new process knows nothing of it
+    start_again("sample.wp");
+    EXPECT_EQ(list().header()->sectionSize(name_column), 166);
+    in_editor([](QWidget& w) { EXPECT_EQ(w.pos(), QPoint(3, 60)); });
+    WAYPOINT.form.left = WAYPOINT.form.top = -1;
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, ListUser, testing::Values(0, 1), [](const auto& i) {
