@@ -103,6 +103,33 @@ TEST_F(AngleText, ReadsWhatPeopleWrite)
     EXPECT_EQ(user.beeps, 1);
 }
 
+TEST_F(AngleText, PlainDegreesReadAsTheyDoByTheRules)
+{
+    // What stands behind a tab is cut off, so the same text goes through all the rules.
+    std::mt19937 random(8);
+    const std::string letters = "0123456789012345678901234567899..--+ NSEW\xB0";
+    int read = 0;
+    for (int i = 0; i < 100000; ++i) {
+        std::string text;
+        for (auto n = random() % 9; n > 0; --n)
+            text += letters[random() % letters.size()];
+        for (const char* sides : {"NS", "EW"}) {
+            bool plain_good = false, good_by_rules = false;
+            const double plain = text_to_angle(text, sides, &plain_good);
+            ASSERT_EQ(plain, text_to_angle(text + "\t", sides, &good_by_rules)) << text;
+            ASSERT_EQ(plain_good, good_by_rules) << text;
+            read += plain_good;
+        }
+    }
+    EXPECT_GT(read, 10000);
+    for (const double degrees : {0.0, 8.12345, 48.5, 89.99999, -0.00001, -8.5, -90.0})
+        for (const char letter : {'N', 'E'}) {
+            const std::string text = angle_to_text(degrees, letter, 0);
+            const char* const sides = letter == 'N' ? "NS" : "EW";
+            EXPECT_EQ(text_to_angle(text, sides), text_to_angle(text + "\t", sides)) << text;
+        }
+}
+
 TEST_F(AngleText, BeepsOutsideTheRangeAndReturnsTheValue)
 {
     EXPECT_NEAR(angle("90.5"), 90.5, 1e-12);
@@ -308,6 +335,35 @@ TEST_F(CoordText, OrgStandsForTheOriginOfEachGrid)
     pos_rec p;
     EXPECT_TRUE(text_to_pos("org", "", "", p, tm, datum_find("WGS 84")));
     EXPECT_LT(apart(p, at(0, 27)), 1);
+}
+
+TEST_F(CoordText, TheOriginOfEachGridHasTheTextsThatStandForIt)
+{
+    // A grid so far south that its northings would lack a digit counts from 5000 km further on.
+    datums.grid_names.push_back("south");
+    datums.grid_datum.push_back("WGS 84");
+    datums.grids.push_back({173, -46, 1, 700000, 800000});
+    const int south = fmt_user + static_cast<int>(datums.grids.size()) - 1;
+    const struct {
+        int fmt;
+        const char* datum;
+        const char* texts;
+    } rows[] = {{fmt_degrees, "WGS 84", "|E000.00000\xB0|N 00.00000\xB0"},
+                {fmt_utm, "WGS 84", "31N|0500000|0000000"},
+                {fmt_gk, "Potsdam", "|3500000|0000000"},
+                {fmt_swiss, "CH-1903", "|600000|200000"},
+                {fmt_lambert, "NTF (France)", "2|0600000|2200000"},
+                {fmt_british, "Ord Srvy GB", "SO|00000|00000"},
+                {fmt_irish, "Ireland 1965", "R|00000|00000"},
+                {fmt_nz, "Geodetic Datum 1949", "|2510000|6023150"},
+                {format_named("(L) Luxembourg"), "Luxembourg 1930", "|0080000|0100000"},
+                {south, "WGS 84", "|0700000|5800000"}};
+    for (const auto& r : rows) {
+        use_datum(r.datum);
+        pos_rec p;
+        EXPECT_TRUE(text_to_pos("org", "", "", p, r.fmt)) << r.texts;
+        EXPECT_EQ(line(p, r.fmt), r.texts);
+    }
 }
 
 TEST_F(CoordText, WhatLeadsNowhereIsToldAndLeavesThePositionAlone)
