@@ -3,6 +3,7 @@
 #include "comm/comm.h"
 #include "comm/gar_ident.h"
 #include "comm/port_menu.h"
+#include "comm/garmin_prop.h"
 #include "core/job.h"
 
 namespace velkoro {
@@ -11,6 +12,7 @@ void comm_install()
 {
     comm_listen();
     gar_ident_install();
+    garmin_prop_install();
     job.ended = [] { comm_port_set(false); };
     port_menu_install();
 }

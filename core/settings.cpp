@@ -137,7 +137,9 @@ void settings_show()
     Form1.pc.checked = settings.pc_clock;
     for (control& c : Form1.menu_com)
         c.checked = c.index == settings.port && c.index != 9; // "automatic" is no port
-    Form1.gar.caption = gar_option(gar_place::gar_wp_format) > 0 ? "&Magellan" : "&Garmin";
+    const bool magellan = gar_option(gar_place::gar_wp_format) > 0;
+    Form1.gar.caption = magellan ? "&Magellan" : "&Garmin";
+    Form1.gar_off.enabled = Form1.gar_off.click && !magellan; // Garmin's protocol alone has it
     Form1.Waypl2.back = settings.list_back;
 }
 

@@ -37,6 +37,13 @@ void run_click_or_change(const control& c)
     user_action(c.click ? c.click : c.change);
 }
 
+/// A check box with a state between off and on: its record's `value` is 0, 1 or 2.
+QCheckBox* three_states(QWidget& w)
+{
+    auto* box = qobject_cast<QCheckBox*>(&w);
+    return box && box->isTristate() ? box : nullptr;
+}
+
 void connect_button(bound_control& b, QAbstractButton& w)
 {
     const bool toggles =
@@ -44,6 +51,8 @@ void connect_button(bound_control& b, QAbstractButton& w)
     QObject::connect(&w, &QAbstractButton::clicked, &w, [&b, &w, toggles] {
         if (toggles) {
             b.record->checked = b.shown.checked = w.isChecked();
+            if (const QCheckBox* box = three_states(w))
+                b.record->value = b.shown.value = static_cast<int>(box->checkState());
             // Of a row of options one goes out as the other comes on.
             if (b.record->kind == kind::option)
                 for (QAbstractButton* other :
@@ -131,6 +140,8 @@ void push_value(bound_control& b)
     const look& now = *b.record;
     if (auto* ring = dynamic_cast<progress_ring*>(b.widget.data()))
         ring->set_progress(now.value, now.max);
+    else if (auto* box = three_states(*b.widget))
+        box->setCheckState(static_cast<Qt::CheckState>(qBound(0, now.value, 2)));
     else if (auto* bar = qobject_cast<QProgressBar*>(b.widget)) {
         // An empty range is the bar's own way of running without a number.
         bar->setRange(now.value < 0 ? 0 : now.min, now.value < 0 ? 0 : now.max);
@@ -222,6 +233,24 @@ void push_enabled(QWidget& w, bool enabled)
     for (QLabel* l : w.window()->findChildren<QLabel*>())
         if (l->buddy() == &w && l->objectName().startsWith(QLatin1String("deko_")))
             l->setEnabled(enabled);
+}
+
+/// A field goes with its label. What the form marks with `keeps_place` leaves a gap, so that
+/// nothing moves.
+void push_visible(QWidget& w, bool visible)
+{
+    const auto show = [visible, keeps = w.property("keeps_place").toBool()](QWidget& x) {
+        if (keeps) {
+            QSizePolicy p = x.sizePolicy();
+            p.setRetainSizeWhenHidden(true);
+            x.setSizePolicy(p);
+        }
+        x.setVisible(visible);
+    };
+    show(w);
+    for (QLabel* l : w.window()->findChildren<QLabel*>())
+        if (l->buddy() == &w && l->objectName().startsWith(QLatin1String("deko_")))
+            show(*l);
 }
 
 void push_timer(bound_control& b)
@@ -325,7 +354,7 @@ void push_control(bound_control& b)
     if (all || now.value != before.value || now.min != before.min || now.max != before.max)
         push_value(b);
     if (auto* button = qobject_cast<QAbstractButton*>(&w);
-        button && button->isCheckable() && button->isChecked() != now.checked) {
+        button && button->isCheckable() && !three_states(w) && button->isChecked() != now.checked) {
         // The last button of an exclusive row cannot be put out while it is exclusive.
         const bool exclusive = button->autoExclusive();
         button->setAutoExclusive(false);
@@ -338,7 +367,7 @@ void push_control(bound_control& b)
     if (all || now.enabled != before.enabled)
         push_enabled(w, now.enabled);
     if (all || now.visible != before.visible)
-        w.setVisible(now.visible);
+        push_visible(w, now.visible);
 }
 
 } // namespace velkoro

@@ -478,14 +478,15 @@ struct window_topic {
 };
 // clang-format off
 constexpr std::array window_topics = {
-    window_topic{"Form1",    "main_window"},
-    window_topic{"WAYPOINT", "editing"},
-    window_topic{"einfüg_q", "conflicts"},
-    window_topic{"such",     "searching"},
-    window_topic{"info",     "problems"},
-    window_topic{"op",       "main_window"},
-    window_topic{"op2",      "conflicts"},
-    window_topic{"sellang",  "first_steps"},
+    window_topic{"Form1",       "main_window"},
+    window_topic{"WAYPOINT",    "editing"},
+    window_topic{"einfüg_q",    "conflicts"},
+    window_topic{"such",        "searching"},
+    window_topic{"Garmin_prop", "receiver_properties"},
+    window_topic{"info",        "problems"},
+    window_topic{"op",          "main_window"},
+    window_topic{"op2",         "conflicts"},
+    window_topic{"sellang",     "first_steps"},
 };
 // clang-format on
 

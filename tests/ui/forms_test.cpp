@@ -1,6 +1,7 @@
 /// Every window against its form, both ways: names, widget classes, captions.
 #include "ui/adapters.h"
 
+#include "comm/garmin_prop.h"
 #include "core/info.h"
 #include "core/job.h"
 #include "core/sellang.h"
@@ -39,7 +40,7 @@ std::vector<std::string> form_names()
 }
 
 /// The windows of the folders above the core, named here so that they are linked.
-const window* const linked[] = {&einfüg_q.form, &info.form, &such.form};
+const window* const linked[] = {&einfüg_q.form, &Garmin_prop.form, &info.form, &such.form};
 
 const window* window_of(const std::string& name)
 {

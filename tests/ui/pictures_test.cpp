@@ -1,6 +1,8 @@
 /// Screen pictures of every window, light and dark, German and English. They are to be looked at;
 /// the tests only see to it that each shows something. Run with QT_SCALE_FACTOR=2 they make the
 /// pictures of a dense screen.
+#include "comm/gar_proto.h"
+#include "comm/garmin_prop.h"
 #include "core/info.h"
 #include "core/job.h"
 #include "core/sellang.h"
@@ -81,7 +83,25 @@ TEST_P(Pictures, OfEveryWindow)
     take(info.form, "info");
     info.form.shown = info.form.keeps_state = false;
     platform.show(info.form);
-    for (window* w : {&such.form, &einfüg_q.form}) {
+    Garmin_prop.msg.caption = "COM1 (ttyUSB0):  GPSMAP 76S,  ID 194. 3.40 G\n"
+                              "L001 A010 A100 D109 A201 D202 D109 D210 A301 D310 D301";
+    Garmin_prop.f_wp.items = {"Garmin (GRMN)"};
+    Garmin_prop.f_pos.items = {"NMEA 0183 2.0   4800 baud"};
+    Garmin_prop.f_wp.selected = Garmin_prop.f_pos.selected = 0;
+    for (control* c : {&Garmin_prop.mwp, &Garmin_prop.mtrack})
+        c->text = "1000";
+    for (control* c : {&Garmin_prop.mprox, &Garmin_prop.mnaml})
+        c->text = "10";
+    for (control* c : {&Garmin_prop.mrou, &Garmin_prop.mwp_rou})
+        c->text = "50";
+    Garmin_prop.r_unique.checked = true;
+    Garmin_prop.Label7.visible = true;
+    Garmin_prop.AVD.enabled = Garmin_prop.alt_kom.enabled = false;
+    receiver.gar_symbol_set = 1;
+    take(Garmin_prop.form, "Garmin_prop");
+    receiver = {};
+    Garmin_prop.form.keeps_state = false;
+    for (window* w : {&such.form, &einfüg_q.form, &Garmin_prop.form}) {
         for (control* c : w->controls)
             static_cast<look&>(*c) = c->design;
         w->shown = false;
