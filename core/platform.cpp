@@ -6,9 +6,10 @@
 namespace velkoro {
 namespace {
 
-date_time local_now()
+using std::chrono::system_clock;
+
+date_time local_time(std::time_t t)
 {
-    const std::time_t t = std::time(nullptr);
     std::tm local{};
     localtime_r(&t, &local);
     return {local.tm_year + 1900,
@@ -25,17 +26,19 @@ date_time local_now()
 platform_table::platform_table()
 {
     clock = [] {
-        const auto t = std::chrono::system_clock::now();
-        const double part =
-            static_cast<double>((t.time_since_epoch() % std::chrono::seconds(1)).count()) * 1e-9;
-        const date_time d = local_now();
+        // One reading for all parts: std::time may lag behind by a few milliseconds, and a clock
+        // that falls back by a second at its turn makes waits run out that have just begun.
+        const auto t = system_clock::now();
+        const auto whole = std::chrono::floor<std::chrono::seconds>(t);
+        const double part = std::chrono::duration<double>(t - whole).count();
+        const date_time d = local_time(system_clock::to_time_t(whole));
         return d.hour * 3600.0 + d.minute * 60.0 + d.second + part;
     };
     ticks = [] {
         return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
             .count();
     };
-    now = local_now;
+    now = [] { return local_time(system_clock::to_time_t(system_clock::now())); };
 }
 
 } // namespace velkoro
