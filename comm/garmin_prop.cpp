@@ -118,7 +118,8 @@ void name_length_change()
 void load()
 {
     garmin_prop_window& w = Garmin_prop;
-    garmin_prop_run = {.who = garmin_prop_run.who,
+    garmin_prop_run = {.asking = garmin_prop_run.asking,
+                       .who = garmin_prop_run.who,
                        .garmin = settings.garmin,
                        .symbol_set = symbol_set_in_use(),
                        .name_max = store.wp_name_max,
@@ -232,6 +233,9 @@ garmin_prop_window::garmin_prop_window()
 
 void gar_ident_click()
 try {
+    if (garmin_prop_run.asking)
+        return;
+    garmin_prop_run.asking = true;
     log_line(" receiver properties command");
     garmin_prop_run.who = receiver_text(garmin_ident(false));
     run_window(Garmin_prop.form);
@@ -239,7 +243,9 @@ try {
         store.wp_ext_chars != garmin_prop_run.ext_chars)
         gar_names_check();
     comm_port_set(false);
+    garmin_prop_run.asking = false;
 } catch (...) {
+    garmin_prop_run.asking = false;
     comm_port_set(false);
     trap("gar_ident_Click");
 }

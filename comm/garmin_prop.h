@@ -62,7 +62,8 @@ struct garmin_prop_window {
 extern garmin_prop_window Garmin_prop;
 
 struct garmin_prop_state {
-    std::string who{}; ///< who answered, for `msg`
+    bool asking = false; ///< the entry is at work: while the receiver is asked, the menu is alive
+    std::string who{};   ///< who answered, for `msg`
     bool confirmed = false;
     // As it was when the window opened.
     std::array<int, 12> garmin{};

@@ -135,6 +135,26 @@ TEST_F(GarminProp, NamesAReceiverWhoseProtocolsAreUnknown)
     EXPECT_EQ(Garmin_prop.msg.caption, "COM1 (scripted1):  GPS 99 Soft 1,  ID 9. 1.00 L\n");
 }
 
+TEST_F(GarminProp, ChosenAgainWhileTheReceiverIsAskedOpensOnce)
+{
+    line.expect(request);
+    int again = 0;
+    user.on_pump = [&] {
+        ++again;
+        open();
+    };
+    act = [] { open(); };
+    open();
+    EXPECT_GT(again, 0);
+    EXPECT_EQ(opened, 1);
+    EXPECT_EQ(line.sent.size(), 1U);
+    user.on_pump = nullptr;
+    act = nullptr;
+    gps_12();
+    open();
+    EXPECT_EQ(opened, 2);
+}
+
 TEST_F(GarminProp, ShowsTheSettings)
 {
     settings.garmin = {500, 9, 20, 30, 1024, 3, 0, 6, 1, 1, 1, 0};
