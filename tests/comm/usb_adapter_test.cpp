@@ -104,10 +104,10 @@ std::string session()
     return r.bytes;
 }
 
-} // namespace
+constexpr const char* in_testbed = "VELKORO_TEST_IN_TESTBED";
 
-// Runs within the testbed, started by the test below.
-TEST(UsbAdapterInTestbed, DISABLED_ExchangesPacketsOnBothPipes)
+/// What happens within the testbed, in a process of its own.
+void exchange_packets()
 {
     const scripted_platform user;
     comm = {};
@@ -127,26 +127,51 @@ TEST(UsbAdapterInTestbed, DISABLED_ExchangesPacketsOnBothPipes)
     comm = {};
 }
 
-TEST(UsbAdapter, ExchangesPacketsWithADeviceOfTheSystem)
+/// Runs a test of this program in a process of its own, where the devices of the testbed are all
+/// that the system has.
+void run_in_testbed(const program_folder& home, const std::string& devices, const std::string& test)
 {
-    const scripted_platform user;
-    const program_folder home;
-    home.put("device.umockdev", device_description());
-    home.put("session.pcap", session());
     const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
-    const std::string command =
-        "ASAN_OPTIONS=verify_asan_link_order=0 umockdev-run -d " + home.path.string() +
-        "/device.umockdev -p " + sys_path + "=" + home.path.string() + "/session.pcap -- " + self +
-        " --gtest_filter=UsbAdapterInTestbed.* --gtest_also_run_disabled_tests > " +
-        home.path.string() + "/log 2>&1";
+    const std::string command = std::string(in_testbed) +
+                                "=1 ASAN_OPTIONS=verify_asan_link_order=0 umockdev-run " + devices +
+                                " -- " + self + " --gtest_filter=" + test + " > " +
+                                home.path.string() + "/log 2>&1";
     const int status = std::system(command.c_str());
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << home.get("log");
     EXPECT_NE(home.get("log").find("[  PASSED  ] 1 test."), std::string::npos) << home.get("log");
 }
 
+bool within_testbed()
+{
+    return std::getenv(in_testbed) != nullptr;
+}
+
+} // namespace
+
+TEST(UsbAdapter, ExchangesPacketsWithADeviceOfTheSystem)
+{
+    if (within_testbed()) {
+        exchange_packets();
+        return;
+    }
+    const scripted_platform user;
+    const program_folder home;
+    home.put("device.umockdev", device_description());
+    home.put("session.pcap", session());
+    const std::string folder = home.path.string();
+    run_in_testbed(
+        home, "-d " + folder + "/device.umockdev -p " + sys_path + "=" + folder + "/session.pcap",
+        "UsbAdapter.ExchangesPacketsWithADeviceOfTheSystem");
+}
+
 TEST(UsbAdapter, WithoutAReceiverNothingIsFound)
 {
     const scripted_platform user;
+    if (!within_testbed()) {
+        const program_folder home;
+        run_in_testbed(home, "", "UsbAdapter.WithoutAReceiverNothingIsFound");
+        return;
+    }
     comm = {};
     comm.comm_port = usb_port;
     libusb_pipes_install();
