@@ -15,10 +15,13 @@
 namespace velkoro {
 namespace {
 
+constexpr double redraw_every_s = 0.1; // a transfer pumps at every packet
+
 struct progress_state {
     bool on_terminal = false;
     bool visible = false;
     double begin = -1; ///< ticks of the first progress point, -1 no job yet
+    double drawn = -1; ///< ticks when the bar was last drawn
 };
 progress_state progress;
 
@@ -72,8 +75,9 @@ void draw_progress()
     const double now = platform.ticks();
     if (progress.begin < 0)
         progress.begin = now;
-    if (now - progress.begin < 1.0)
+    if (now - progress.begin < 1.0 || now - progress.drawn < redraw_every_s)
         return;
+    progress.drawn = now;
     constexpr int width = 30;
     std::string bar(width, '-');
     int percent = -1;
