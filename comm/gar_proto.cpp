@@ -100,12 +100,11 @@ void gar_flags_set()
 void gar_symbols_use(std::int16_t set)
 {
     receiver.gar_symbol_set = set;
-    const int level = set == 0 ? 0 : set + 1;
-    if (settings.symbol_level == level)
-        return;
-    settings.symbol_level = level;
+    settings.symbol_level = set == 0 ? 0 : set + 1;
+    const int before = symbols.level;
     symbols_load();
-    hooks.row_changed(-1, false);
+    if (symbols.level != before)
+        hooks.row_changed(-1, false);
 }
 
 std::string gar_proto_text(const gar_table& table)

@@ -411,6 +411,14 @@ TEST_F(GarIdent, AnotherSymbolSetLoadsItsTable)
     EXPECT_EQ(redrawn, 2);
 }
 
+TEST_F(GarIdent, ASymbolTableThatWasNeverLoadedIsLoaded)
+{
+    symbols = {};
+    telling(etrex);
+    garmin_ident(false);
+    EXPECT_EQ(symb_ext(1), "Residence");
+}
+
 TEST_F(GarIdent, LongNamesAreWarnedOfWhereTheReceiverHasShortOnes)
 {
     wayp_rec rec{.nam = "ZUGSPITZE"};
