@@ -28,6 +28,13 @@ struct conflict_question {
     bool remember = false; ///< set by the answer: the batch asks no more for this kind
 };
 
+/// A track that came from a receiver: its name, with a colour code behind it, and its points.
+struct received_track {
+    std::string name{};
+    std::int32_t first = 0, last = -1; ///< store indexes
+    bool operator==(const received_track&) const = default;
+};
+
 struct hook_table {
     /// A waypoint was appended: make its row; marked when asked.
     std::function<void(int index, bool marked)> row_added = [](int, bool) {};
@@ -61,6 +68,12 @@ struct hook_table {
     /// Distance between two positions in the selected distance unit.
     std::function<double(const pos_rec& target, const pos_rec& origin)> distance =
         [](const pos_rec&, const pos_rec&) { return 0.0; };
+    /// Tracks were read from a receiver and stand in the store: choose among them. The default keeps
+    /// them all.
+    std::function<void(const std::vector<received_track>&)> tracks_received =
+        [](const std::vector<received_track>&) {};
+    /// Data are about to be read from the receiver at the user's command.
+    std::function<void()> receiver_read_begins = [] {};
     /// Indexes of the routes that are chosen in the map's route filter.
     std::function<std::vector<int>()> chosen_routes = [] { return std::vector<int>{}; };
     /// Symbols are in use (symbol level above 0).

@@ -47,6 +47,16 @@ void route_keep(route_rec& route, const std::vector<bool>& keep)
         *list = kept(*list, keep);
 }
 
+std::vector<int> route_points(const route_rec& route)
+{
+    std::vector<int> points;
+    std::string_view keys = route.wps;
+    while (!keys.empty())
+        if (const int i = wp_find_key(next_field(keys, '$'), {}, -1, store.wp_top); i >= 0)
+            points.push_back(i);
+    return points;
+}
+
 std::string number_list(const std::vector<int>& numbers)
 {
     std::string out;

@@ -21,6 +21,9 @@ std::string list_replace(std::string_view list, std::string_view from, std::stri
 /// stay, so that what a list holds beyond the last key keeps its order.
 void route_keep(route_rec& route, const std::vector<bool>& keep);
 
+/// Store indexes of a route's points in their order; a key without a waypoint has none.
+std::vector<int> route_points(const route_rec& route);
+
 /// Numbers as text, "1, 2, 5".
 std::string number_list(const std::vector<int>& numbers);
 

@@ -62,16 +62,6 @@ void export_step(export_job& out)
         progress(out);
 }
 
-std::vector<int> route_points(const route_rec& route)
-{
-    std::vector<int> points;
-    std::string_view keys = route.wps;
-    while (!keys.empty())
-        if (const int i = wp_find_key(next_field(keys, '$'), {}, -1, store.wp_top); i >= 0)
-            points.push_back(i);
-    return points;
-}
-
 // Text
 // -------------------------------------------------------------------------------------------------
 

@@ -20,6 +20,7 @@
 
 #include "coords/coord_text.h"
 #include "coords/datum.h"
+#include "core/route_lists.h"
 #include "core/store.h"
 #include "interchange/formats.h"
 #include "waypoints/native_end.h"
@@ -88,9 +89,6 @@ template <class F> void each_waypoint(export_job& out, F put_one)
         put_one(static_cast<const wayp_rec&>(store.wp[static_cast<std::size_t>(i)]));
     }
 }
-
-/// Store indexes of a route's points, in order; keys that no waypoint has are left out.
-std::vector<int> route_points(const route_rec& route);
 
 /// Calls `put_one(int number, std::string_view name, const route_rec&, const std::vector<int>&
 /// points)` for each selected route; number from 1, the name trimmed, points as store indexes.
