@@ -22,6 +22,7 @@ struct comm_state {
     bool comm_strip_ack = false; ///< acknowledgements are cut before they become frames
     /// The user has agreed to retry after a time-out; stays for the run of the program.
     bool comm_retry = false;
+    int naks = 0; ///< packets asked for again since the program started
     bool nmea_live = false; ///< live position is reading sentences
     /// The device could not be opened. It is told once, and nothing more is tried until the port is
     /// closed, so that a job ends instead of asking again at each packet.

@@ -38,6 +38,7 @@ unsigned byte_sum(std::string_view bytes)
 
 void send_nak()
 {
+    ++comm.naks;
     platform.serial.output(hex_to_bytes(nak_bytes));
     log_line(" transmit nak");
 }

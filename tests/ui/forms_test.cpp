@@ -2,6 +2,8 @@
 #include "ui/adapters.h"
 
 #include "comm/garmin_prop.h"
+#include "comm/selrou.h"
+#include "comm/selwp.h"
 #include "core/info.h"
 #include "core/job.h"
 #include "core/sellang.h"
@@ -40,7 +42,8 @@ std::vector<std::string> form_names()
 }
 
 /// The windows of the folders above the core, named here so that they are linked.
-const window* const linked[] = {&einfüg_q.form, &Garmin_prop.form, &info.form, &such.form};
+const window* const linked[] = {&einfüg_q.form, &Garmin_prop.form, &info.form,
+                                &selrou.form,   &selwp.form,       &such.form};
 
 const window* window_of(const std::string& name)
 {
