@@ -42,6 +42,7 @@ cli_action declare_res(CLI::App& command);
 cli_action declare_coord(CLI::App& command);
 cli_action declare_distance(CLI::App& command);
 cli_action declare_project(CLI::App& command);
+cli_action declare_receiver(CLI::App& command);
 
 /// The whole run: reads the command line, prepares, acts. Returns the exit code of the process.
 int cli_run(int argc, const char* const* argv);

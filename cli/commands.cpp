@@ -13,6 +13,7 @@ constexpr cli_command commands[] = {
     {"coord",    "converts coordinates between formats and datums",       declare_coord,    true},
     {"distance", "distance and bearing between positions",                declare_distance, true},
     {"project",  "the position at a distance and bearing from another",   declare_project,  true},
+    {"receiver", "identifies a receiver, reads from it and writes to it", declare_receiver, true},
 };
 // clang-format on
 
