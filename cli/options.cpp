@@ -28,8 +28,8 @@ constexpr const char* usage_head =
 
 // Without a number behind it; "Pr_" and "pos_" stand for their families.
 constexpr std::string_view main_keys[] = {
-    "lang3", "lang", "month",  "last_w0",     "last_t0",   "last_k0",  "pr_act",
-    "scale", "opt",  "col_wp", "map_options", "maps_show", "user_form"};
+    "lang3",  "lang",  "month", "last_w0", "last_w_o",    "last_w_c",  "last_t0",  "last_k0",
+    "pr_act", "scale", "opt",   "col_wp",  "map_options", "maps_show", "user_form"};
 
 // The steps of the desktop's start that read tables and settings. The others place windows, ask,
 // change the current folder or write to the settings file.

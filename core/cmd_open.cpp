@@ -85,8 +85,10 @@ try {
         settings.wp_pending = whole_path(path, "Last_W0");
     else if (ends_with_nocase(path, ".t"))
         settings.trk_pending = whole_path(path, "Last_T0");
-    else if (!path.empty() && !force && path != res_gen_command)
-        say(7910, buttons::ok, icon::exclamation, shown_path(path_name(path)));
+    else if (!path.empty() && !force && path != res_gen_command) {
+        if (!cmd_opens.other(whole_path(path, "Last_W0")))
+            say(7910, buttons::ok, icon::exclamation, shown_path(path_name(path)));
+    }
     if (!settings.wp_pending.empty() || force)
         press(Form1.Wayp_Datei_lesen);
     if (!settings.trk_pending.empty()) // the file read takes tracks too where there is no map

@@ -18,6 +18,8 @@ constexpr setting_key keys[] = {
     {"Month",        main, comma_list,  "", "additional month names, ahead of the built-in ones"},
     {"Last_W0",      main, file_folder, "sample.wp|Waypoints", "last waypoint file"},
     {"Last_T0",      main, file_folder, "sample.t|Track", "last track file"},
+    {"Last_W_O",     main, text,        nullptr, "file window, reading: format row, bar, folder"},
+    {"Last_W_C",     main, text,        nullptr, "file window, saving: format row, bar, folder"},
     {"Last_K0",      main, file_folder, "sample.cal|maps", "last map file"},
     {"Pr_act",       main, text,        "Standard", "name of the active profile"},
     {"Pr_0",         main, text,        "Standard", "profile names, without gaps from 0"},

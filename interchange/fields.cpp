@@ -420,11 +420,13 @@ std::int32_t seconds_of_day(std::string_view text)
     }
     if (n < 2 || parts[0] > 23 || parts[1] > 59 || parts[2] > 59)
         return -1;
-    if (text.starts_with('.')) // parts of a second
-        while (text.size() > 1 && is_digit(text[1]))
-            text.remove_prefix(1);
-    if (text.starts_with('.'))
+    int half = 0;
+    if (text.starts_with('.')) { // parts of a second, rounded to the nearest one
         text.remove_prefix(1);
+        half = !text.empty() && text.front() >= '5' && text.front() <= '9' ? 1 : 0;
+        while (!text.empty() && is_digit(text.front()))
+            text.remove_prefix(1);
+    }
     text = trim_space(text);
     if (text.starts_with('Z'))
         text.remove_prefix(1);
@@ -435,7 +437,7 @@ std::int32_t seconds_of_day(std::string_view text)
     } else if (!text.empty()) {
         return -1;
     }
-    return (parts[0] * 60 + parts[1]) * 60 + parts[2];
+    return (parts[0] * 60 + parts[1]) * 60 + parts[2] + half;
 }
 
 } // namespace

@@ -96,7 +96,10 @@ constexpr format_row table[] = {
                .comment_lacks = "\xD1"}}, // comes back as a comma
 
     // Geocaching
-    {.name = "Geocaching", .import_patterns = "*.loc", .read = read_geocaching},
+    {.name = "Geocaching",
+     .import_patterns = "*.loc",
+     .read = read_geocaching,
+     .holds = {.comment = true}},
 
     // PCX5
     {.name = "PCX5",

@@ -487,6 +487,7 @@ constexpr std::array window_topics = {
     window_topic{"op",          "main_window"},
     window_topic{"op2",         "conflicts"},
     window_topic{"sellang",     "first_steps"},
+    window_topic{"selfil",      "import"},
 };
 // clang-format on
 

@@ -229,6 +229,8 @@ TEST(Times, AreReadInTheFormsOfTheFormats)
     EXPECT_EQ(to_time("20030502"), at(2003, 5, 2));
     EXPECT_EQ(to_time("2003-05-02T08:15:30Z"), at(2003, 5, 2, 8, 15, 30));
     EXPECT_EQ(to_time("03.05.02", "08:15", date_order::year_month_day), at(2003, 5, 2, 8, 15));
+    EXPECT_EQ(to_time("2003-05-02", "08:15:29.6"), at(2003, 5, 2, 8, 15, 30));
+    EXPECT_EQ(to_time("2003-05-02T08:15:30.499Z"), at(2003, 5, 2, 8, 15, 30));
     EXPECT_EQ(to_time("May 02 2003 08:15"), at(2003, 5, 2, 8, 15));
 }
 

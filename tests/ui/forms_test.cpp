@@ -7,6 +7,7 @@
 #include "core/info.h"
 #include "core/job.h"
 #include "core/sellang.h"
+#include "interchange/selfil.h"
 #include "tests/ui/ui_fixture.h"
 #include "ui/form_loader.h"
 #include "ui/icon_paint.h"
@@ -42,8 +43,8 @@ std::vector<std::string> form_names()
 }
 
 /// The windows of the folders above the core, named here so that they are linked.
-const window* const linked[] = {&einfüg_q.form, &Garmin_prop.form, &info.form,
-                                &selrou.form,   &selwp.form,       &such.form};
+const window* const linked[] = {&einfüg_q.form, &Garmin_prop.form, &info.form, &selrou.form,
+                                &selwp.form,    &selfil.form,      &such.form};
 
 const window* window_of(const std::string& name)
 {

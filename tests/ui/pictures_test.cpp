@@ -8,6 +8,7 @@
 #include "core/sellang.h"
 #include "core/settings.h"
 #include "core/texts.h"
+#include "interchange/selfil.h"
 #include "tests/ui/program_fixture.h"
 #include "ui/look.h"
 #include "waypoints/conflict.h"
@@ -101,7 +102,27 @@ TEST_P(Pictures, OfEveryWindow)
     take(Garmin_prop.form, "Garmin_prop");
     receiver = {};
     Garmin_prop.form.keeps_state = false;
-    for (window* w : {&such.form, &einfüg_q.form, &Garmin_prop.form}) {
+    selfil.filform.items = {"EXPORT VELkoro Text *.txt"};
+    selfil.filform.selected = selfil.posform.selected = selfil.Trenn.selected =
+        selfil.Zeitf.selected = 0;
+    selfil.pathnam.text = "~/GPS/Austausch";
+    selfil.filnam.text = "schwarzwald.txt";
+    selfil.ausw_w.checked = false;
+    selfil.ausw_wm.checked = true;
+    selfil.routen_m.rows.columns = {{.heading = "Route", .width = 200, .stretch = true}};
+    selfil.routen_m.rows.rows = {{.cells = {"00: Rundtour Feldberg"}},
+                                 {.cells = {"01: Schluchsee Ufer"}},
+                                 {.cells = {"02: Höllental"_w}}};
+    selfil.routen_m.rows.changed();
+    selfil.routen_m.enabled = false;
+    selfil.posform.items = {"hddd\xB0mm.mmm'"};
+    selfil.Trenn.items = {"Tab"};
+    selfil.Zeitf.items = {"YYYY-MM-DD hh:mm:ss"};
+    selfil.naml.text = "14";
+    selfil.akt.caption = velkoro::text(8005, 7);
+    take(selfil.form, "selfil");
+    selfil.form.keeps_state = false;
+    for (window* w : {&such.form, &einfüg_q.form, &Garmin_prop.form, &selfil.form}) {
         for (control* c : w->controls)
             static_cast<look&>(*c) = c->design;
         w->shown = false;

@@ -3,6 +3,7 @@
 #include "core/job.h"
 #include "core/reset.h"
 #include "core/shell.h"
+#include "interchange/selfil.h"
 #include "ui/qt_platform.h"
 #include "ui/qt_text.h"
 #include "waypoints/list.h"
@@ -18,6 +19,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <utility>
 
 namespace velkoro::test {
 namespace {
@@ -196,6 +198,17 @@ int ProgramTest::row_named(const std::string& key)
     return -1;
 }
 
+/// Browses, and takes what was chosen there.
+void ProgramTest::use_file_window()
+{
+    selfil.filnam.text.clear();
+    binder_flush();
+    QTest::mouseClick(widget_of(selfil.durch), Qt::LeftButton);
+    browsing_ = false;
+    QTest::mouseClick(widget_of(selfil.filnam.text.empty() ? selfil.Abbr : selfil.OK),
+                      Qt::LeftButton);
+}
+
 /// The user's eyes and hand: reads a box or the result window and presses a button.
 void ProgramTest::answer_boxes()
 {
@@ -205,6 +218,12 @@ void ProgramTest::answer_boxes()
     if (modal == widget_of(op2.form)) {
         texts_.push_back(op2.anz.caption);
         QTest::mouseClick(widget_of(op2.OK), Qt::LeftButton);
+        return;
+    }
+    if (modal == widget_of(selfil.form)) {
+        // Outside this timer's own call: what the file leads to is answered here too.
+        if (!std::exchange(browsing_, true))
+            QTimer::singleShot(0, modal, [this] { use_file_window(); });
         return;
     }
     auto* box = qobject_cast<QMessageBox*>(modal);

@@ -65,6 +65,8 @@ protected:
 
 private:
     void answer_boxes();
+    void use_file_window();
+    bool browsing_ = false;
     hook_table saved_hooks_{};
     std::vector<std::string> texts_{}; ///< of every box and result window, in order
     QTimer user_{};
