@@ -5,8 +5,10 @@
 #include "comm/gar_ident.h"
 #include "comm/gar_proto.h"
 #include "core/settings.h"
+#include "core/symbols.h"
 #include "tests/ui/waypoint_windows_fixture.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -28,7 +30,7 @@ protected:
         garmin_prop_install();
         comm.comm_port = 1; // a port without a device: no receiver answers
         comm.quiet = true;
-        settings.symbol_level = 3;
+        settings.symbol_level = symbols.level = 3; // as if its table had been read
         open_main();
     }
     void TearDown() override
@@ -41,8 +43,7 @@ protected:
         Form1.gar_ident.click = nullptr;
         WaypointWindows::TearDown();
     }
-    /// Opens the window as the menu entry does, for a receiver that nobody asked.
-    static void open() { run_window(Garmin_prop.form); }
+    static void open() { action_of(Form1.gar_ident)->trigger(); }
     static QLabel* label_of(const control& c)
     {
         return widget_of(Garmin_prop.form)
@@ -109,7 +110,6 @@ TEST_F(GarminPropWindow, SymbolBoxGoesThroughItsThreeStates)
 
 TEST_F(GarminPropWindow, FieldThatDoesNotApplyGoesWithItsLabelAndLeavesItsPlace)
 {
-    receiver.gar_has_prox = true;
     when_open(Garmin_prop.form, {[] {
                   auto* field = widget<QLineEdit>(Garmin_prop.mprox);
                   EXPECT_TRUE(field->isVisible());
