@@ -4,6 +4,7 @@
 #include "core/reset.h"
 #include "core/store.h"
 #include "core/texts.h"
+#include "core/wayp_insert.h"
 #include "interchange/export_job.h"
 #include "interchange/import_job.h"
 
