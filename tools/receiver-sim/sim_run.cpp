@@ -59,6 +59,7 @@ struct link_guard {
 };
 
 struct session {
+    explicit session(const sim_options& o) : options(o) {}
     const sim_options& options;
     sim_line line{};
     sim_faults faults{};
@@ -196,7 +197,7 @@ int sim_run(const sim_options& options)
 {
     if (!options.load.empty())
         read_files(options.load);
-    session s{options};
+    session s(options);
     s.faults = {options.faults, options.seed, 0};
     s.walk.has_fix = options.has_fix;
     s.walk.datum = options.datum;
