@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=$(realpath "${1:-build/release}")
-runs=9
+runs=5
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
