@@ -3,6 +3,8 @@
 /// pictures of a dense screen.
 #include "comm/gar_proto.h"
 #include "comm/garmin_prop.h"
+#include "comm/selrou.h"
+#include "comm/selwp.h"
 #include "core/info.h"
 #include "core/job.h"
 #include "core/sellang.h"
@@ -122,13 +124,27 @@ TEST_P(Pictures, OfEveryWindow)
     selfil.akt.caption = velkoro::text(8005, 7);
     take(selfil.form, "selfil");
     selfil.form.keeps_state = false;
-    for (window* w : {&such.form, &einfüg_q.form, &Garmin_prop.form, &selfil.form}) {
+    for (control* list : {&selwp.routen_m, &selrou.routen_m}) {
+        list->rows.columns = {{.heading = "Route", .width = 170},
+                              {.heading = "Koordinaten", .stretch = true}};
+        list->rows.rows = {{.cells = {"00: FELDBERG", "RINKEN - SEEBCK (9)"}},
+                           {.marked = true, .cells = {"01: BELCHEN", "MULTEN - GIPFEL (6)"}}};
+        list->rows.changed();
+    }
+    selwp.ausw_r.checked = selwp.ausw_rm.checked = true;
+    selwp.gar_t.caption = "61 Waypoints, 1 Routen";
+    selwp.gar_v.value = 12;
+    selrou.com.caption = "MULTEN BELCHW GIPFEL";
+    take(selwp.form, "selwp");
+    take(selrou.form, "selrou");
+    for (window* w :
+         {&such.form, &einfüg_q.form, &Garmin_prop.form, &selfil.form, &selwp.form, &selrou.form}) {
         for (control* c : w->controls)
             static_cast<look&>(*c) = c->design;
         w->shown = false;
         platform.show(*w);
     }
-    einfüg_q.form.keeps_state = false;
+    einfüg_q.form.keeps_state = selwp.form.keeps_state = selrou.form.keeps_state = false;
     for (window* w : {&op.form, &op2.form, &sellang.form}) {
         w->shown = w->keeps_state = false;
         platform.show(*w);
