@@ -16,6 +16,7 @@
 #include "core/trap.h"
 #include "core/wayp_insert.h"
 
+#include <set>
 #include <stdexcept>
 
 namespace velkoro {
@@ -146,10 +147,25 @@ bool within_limits(const std::vector<int>& routes)
            transfer_over_limit(2770, shown_names(long_ones), std::to_string(most_points));
 }
 
-void add_packets(const route_rec& route, int number, std::vector<gar_packet>& packets)
+/// The name under which a route goes out: with the option `r_unique` one that no route ahead of it
+/// has, since the receiver would take the two for one.
+std::string sent_name(const route_rec& route, std::set<std::string>& taken)
 {
-    packets.push_back(
-        {pid_rte_hdr, gar_route_encode(std::string(trim(route.nam)), number, header_type())});
+    constexpr std::size_t longest = 16;
+    const std::string name(trim(route.nam));
+    std::string unique = name;
+    if (gar_option(gar_place::r_unique) != 0)
+        for (int n = 2; !taken.insert(upper(unique)).second; ++n) {
+            const std::string number = " " + std::to_string(n);
+            unique = name.substr(0, longest - number.size()) + number;
+        }
+    return unique;
+}
+
+void add_packets(const route_rec& route, const std::string& name, int number,
+                 std::vector<gar_packet>& packets)
+{
+    packets.push_back({pid_rte_hdr, gar_route_encode(name, number, header_type())});
     const std::vector<std::string> legs = list_tokens(route.anw);
     const std::vector<std::string> keys = list_tokens(route.wps);
     bool first = true;
@@ -273,8 +289,11 @@ try {
     if (!within_limits(routes))
         return;
     std::vector<gar_packet> packets;
-    for (const int r : routes) // number 0 is the route that the receiver is following
-        add_packets(store.rou[static_cast<std::size_t>(r)], r + 1, packets);
+    std::set<std::string> names;
+    for (const int r : routes) { // number 0 is the route that the receiver is following
+        const route_rec& route = store.rou[static_cast<std::size_t>(r)];
+        add_packets(route, sent_name(route, names), r + 1, packets);
+    }
     transfer.end = gar_write_list(cmd_routes, packets, text_writing);
 } catch (...) {
     trap("G_R_Schreiben");

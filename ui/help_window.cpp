@@ -488,6 +488,8 @@ constexpr std::array window_topics = {
     window_topic{"op2",         "conflicts"},
     window_topic{"sellang",     "first_steps"},
     window_topic{"selfil",      "import"},
+    window_topic{"selrou",      "receiver"},
+    window_topic{"selwp",       "receiver"},
 };
 // clang-format on
 

@@ -245,6 +245,31 @@ TEST_F(GarRoutes, WithoutALinkRecordGoOutWithoutLinks)
     EXPECT_EQ(got[3].data[0], 2);
 }
 
+TEST_F(GarRoutes, OfOneNameGoOutUnderDifferentOnesWhenTheReceiverNeedsIt)
+{
+    fill_store(2);
+    for (int n = 0; n < 3; ++n)
+        route_add({.nam = "HOME", .wps = "W0000$"});
+    route_add({.nam = "ABCDEFGHIJKLMNOP", .wps = "W0001$"});
+    route_add({.nam = "ABCDEFGHIJKLMNOP", .wps = "W0001$"});
+    transfer.choice.routes = true;
+    const auto names = [&] {
+        std::vector<std::string> out;
+        for (const sim_packet& p : rig.garmin.arrived[sim_list::routes])
+            if (p.id == 29)
+                out.push_back(p.data.substr(0, p.data.size() - 1));
+        return out;
+    };
+    rig.run("R_S");
+    EXPECT_EQ(names(), (std::vector<std::string>{"HOME", "HOME", "HOME", "ABCDEFGHIJKLMNOP",
+                                                 "ABCDEFGHIJKLMNOP"}));
+    rig.garmin.arrived.clear();
+    limit(gar_place::r_unique, 1);
+    rig.run("R_S");
+    EXPECT_EQ(names(), (std::vector<std::string>{"HOME", "HOME 2", "HOME 3", "ABCDEFGHIJKLMNOP",
+                                                 "ABCDEFGHIJKLMN 2"}));
+}
+
 TEST_F(GarRoutes, ReadBackAsTheyWereWritten)
 {
     fill_store(4);
