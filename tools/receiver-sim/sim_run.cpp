@@ -59,10 +59,9 @@ struct link_guard {
 };
 
 struct session {
-    explicit session(const sim_options& o) : options(o) {}
-    const sim_options& options;
     // GCC 12 warns of members that an aggregate would leave half made.
     explicit session(const sim_options& wanted) : options(wanted) {}
+    const sim_options& options;
     sim_line line{};
     sim_faults faults{};
     sim_garmin garmin{};
