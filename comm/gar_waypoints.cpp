@@ -88,8 +88,8 @@ void close_and_tell(int read)
     wayp_rec report;
     wayp_insert(report, batch_close);
     if (elsewhere) // its line comes last
-        op2.anz2.caption += (op2.anz2.caption.empty() ? "" : "\n") +
-                            report.kom.substr(report.kom.rfind('\n') + 1);
+        op2.anz2.caption +=
+            (op2.anz2.caption.empty() ? "" : "\n") + report.kom.substr(report.kom.rfind('\n') + 1);
     hooks.route_refresh();
     hooks.map_changed();
     hooks.sort_rows();
@@ -128,10 +128,12 @@ transfer_end write_chosen(std::vector<int> indexes)
 {
     std::vector<int> proximity;
     if (has_proximity_list() && receiver.gar_has_prox) {
-        const auto rest = std::ranges::stable_partition(
-            indexes, [](int i) { return store.wp[static_cast<std::size_t>(i)].prox <= 0; });
-        proximity.assign(rest.begin(), rest.end());
-        indexes.erase(rest.begin(), rest.end());
+        const auto no_distance = [](int i) {
+            return store.wp[static_cast<std::size_t>(i)].prox <= 0;
+        };
+        const auto rest = std::stable_partition(indexes.begin(), indexes.end(), no_distance);
+        proximity.assign(rest, indexes.end());
+        indexes.erase(rest, indexes.end());
     }
     if (!within(proximity.size(), gar_place::mprox, 2920) ||
         !within(indexes.size(), gar_place::mwp, 2950))
