@@ -140,6 +140,7 @@ int run_ident(const receiver_options& o)
 /// Runs the job and says how it went; false when it failed.
 bool run_transfer(const std::string& code)
 {
+    const bool failed_before = cli.failed;
     run_job(code);
     end_progress();
     const bool good = transfer.end == transfer_end::whole || transfer.end == transfer_end::empty;
@@ -147,6 +148,7 @@ bool run_transfer(const std::string& code)
     if (!op2.anz2.caption.empty())
         result += "\n" + op2.anz2.caption;
     if (good) {
+        cli.failed = failed_before; // a receiver that had to be asked twice has not failed
         if (!result.empty())
             cli_note(result);
     } else {

@@ -236,6 +236,20 @@ TEST_F(Receiver, ThatFallsSilentKeepsWhatCameAndFails)
     EXPECT_LT(got, 10U);
 }
 
+TEST_F(Receiver, ThatHasToBeAskedTwiceHasNotFailed)
+{
+    receiver_on_line sim;
+    cli_result r = sim.run({"put", "waypoints", waypoints}, room);
+    ASSERT_EQ(r.code, 0) << r.err;
+    sim.garmin.memory[sim_list::waypoints] = sim.garmin.arrived[sim_list::waypoints];
+    sim.faults = {};
+    sim.faults.rules = {{.what = sim_fault::drop, .at = 9}, {.what = sim_fault::corrupt, .at = 20}};
+    r = sim.run({"get", "waypoints", folder + "out.wp"}, room);
+    EXPECT_NE(r.err.find("[1530]"), std::string::npos) << r.err;
+    EXPECT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(dump(folder + "out.wp")["waypoints"].size(), dump(waypoints)["waypoints"].size());
+}
+
 TEST_F(Receiver, WithADeviceThatIsNoneFailsWithItsName)
 {
     const cli_result r =
