@@ -286,6 +286,7 @@ void fill_lists()
 void load()
 {
     selfil.form.tag = selfil_run.saving ? "7656" : "7655";
+    selfil.form.width = selfil.form.height = -1; // reading takes less room than saving
     selfil_run.chosen.clear();
     fill_rows();
     fill_lists();

@@ -125,6 +125,7 @@ TEST_P(FileWindow, ReadsTheFileThatWasTyped)
     when_open(selfil.form, {[this] {
                   EXPECT_FALSE(is_shown(selfil.ausw_w));
                   EXPECT_FALSE(is_shown(selfil.posform));
+                  EXPECT_LT(widget_of(selfil.form)->height(), 260) << "no empty room";
                   write_over(selfil.pathnam, QString::fromStdString(home->path.string()));
                   write_over(selfil.filnam, QStringLiteral("more.geo"));
                   press(selfil.OK);
