@@ -56,7 +56,8 @@ native_end read_bytes(file_kind kind, std::string_view bytes)
 native_end read_foreign(const format_row& format, std::string_view bytes, const std::string& path)
 {
     const bool was_empty = store.wp_top < 0;
-    const import_result result = import_bytes(format, bytes, path_extension(path));
+    import_result result = import_bytes(format, bytes, path_extension(path));
+    refuse_if_nothing_read(result);
     end_progress();
     print_report(result.report);
     if (was_empty && !result.title.empty())

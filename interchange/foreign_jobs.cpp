@@ -50,14 +50,15 @@ try {
         return;
     }
     const bool was_empty = store.wp_top < 0;
-    const import_result result = import_bytes(*format, *bytes, extension);
+    import_result result = import_bytes(*format, *bytes, extension);
+    refuse_if_nothing_read(result);
     foreign_job.end = result.end;
     foreign_job.done = true;
     if (!result.title.empty())
         Form1.wayp_titel.text = joined_title(Form1.wayp_titel.text, result.title, was_empty);
     op2.anz.caption = result.report;
-    if (result.end == native_end::whole)
-        op2.anz2.caption = result.remarks;
+    if (result.end == native_end::whole) // a remark alone takes the first line
+        (result.report.empty() ? op2.anz : op2.anz2).caption = result.remarks;
     show_end(result);
 } catch (...) {
     trap(read_job);

@@ -624,4 +624,14 @@ import_result import_bytes(const format_row& format, std::string_view bytes,
     return result;
 }
 
+void refuse_if_nothing_read(import_result& result)
+{
+    if (result.end != native_end::whole || result.bad_lines == 0 ||
+        result.waypoints + result.routes + result.track_points > 0)
+        return;
+    result.end = native_end::not_native;
+    result.remarks_list.insert(result.remarks_list.begin(), {7962, text(7962)});
+    result.remarks.insert(0, text(7962) + "\n");
+}
+
 } // namespace velkoro

@@ -207,4 +207,8 @@ import_result import_bytes(const format_row& format, std::string_view bytes,
                            std::string_view extension, bool tracks = false,
                            import_content* into = nullptr);
 
+/// A file of which no line said anything is of another kind: the result becomes a refusal, with
+/// text 7962 ahead of its remarks.
+void refuse_if_nothing_read(import_result& result);
+
 } // namespace velkoro

@@ -39,7 +39,7 @@ struct selfil_window {
                    kind::check,
                    "beschr",
                    {.caption = "mit &Beschreibung", .tag = "8000 8001", .checked = true}};
-    control akt{form, kind::label, "akt"}; ///< how much the selection is
+    control akt{form, kind::label, "akt", {.tag = "0 8014"}}; ///< how much the selection is
     control OK{form, kind::button, "OK", {.caption = "OK", .tag = "7302 8002"}};
     control Abbr{form, kind::button, "Abbr", {.caption = "Abbr", .tag = "7301 8003"}};
     selfil_window();

@@ -48,7 +48,7 @@ TEST_F(ForeignJobs, MalformedLinesStandInTheResultWindow)
     std::string shown;
     platform.wait_closed = [&](window& w) {
         if (&w == &op2.form)
-            shown = op2.anz2.caption;
+            shown = op2.anz.caption;
         w.shown = false;
     };
     EXPECT_TRUE(foreign_read({file("points.geo")}));

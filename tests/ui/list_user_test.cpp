@@ -156,10 +156,19 @@ TEST_P(ListUser, ATextChangedByHandIsAskedAbout)
 
 TEST_P(ListUser, AFileOfAnotherKindThatIsDroppedIsTold)
 {
-    home->put("notes.txt", "hello");
+    home->put("notes.doc", "hello");
+    drop({file("notes.doc")});
+    EXPECT_TRUE(wait_for([this] { return !shown_texts().empty(); }));
+    EXPECT_EQ(shown_texts(), (std::vector<std::string>{text(7910, "notes.doc")}));
+    EXPECT_EQ(list().model()->rowCount(), 85);
+}
+
+TEST_P(ListUser, ATextThatHoldsNoWaypointsIsTold)
+{
+    home->put("notes.txt", "hello\r\n");
     drop({file("notes.txt")});
     EXPECT_TRUE(wait_for([this] { return !shown_texts().empty(); }));
-    EXPECT_EQ(shown_texts(), (std::vector<std::string>{text(7910, "notes.txt")}));
+    EXPECT_EQ(shown_texts(), (std::vector<std::string>{text(7962) + "\n" + text(7960, 1, 1)}));
     EXPECT_EQ(list().model()->rowCount(), 85);
 }
 
