@@ -1,6 +1,6 @@
 /// Layouts of Garmin waypoint records: fields in wire order, and the one walker that reads and
 /// writes them, so that decoder and encoder cannot drift apart. All numbers are little-endian,
-/// floats IEEE 32-bit. Source: Garmin GPS interface specification 001-00063-00.
+/// floats IEEE 32-bit. Source: Garmin interface document 001-00063-00.
 #pragma once
 
 #include "core/byte_io.h"

@@ -1,5 +1,5 @@
 /// Route headers (D200 to D202) and route links (D210) of Garmin receivers.
-/// Source: Garmin GPS interface specification 001-00063-00.
+/// Source: Garmin interface document 001-00063-00.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 /// Track headers (D310 to D312) and track points (D300 to D302) of Garmin receivers.
-/// Source: Garmin GPS interface specification 001-00063-00.
+/// Source: Garmin interface document 001-00063-00.
 #pragma once
 
 #include "core/store.h"

@@ -2,7 +2,7 @@
 /// One decoder and one encoder serve all types (D100 to D110, D150 to D155, D400 to D450) from the
 /// table of layouts in gar_codec_layout.h. What a record holds and the store does not (class of a
 /// facility, depth, colour) stands in the comment as marker texts, see gar_codec_comment.h.
-/// Source: Garmin GPS interface specification 001-00063-00.
+/// Source: Garmin interface document 001-00063-00.
 #pragma once
 
 #include "core/store.h"

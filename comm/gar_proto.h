@@ -3,7 +3,7 @@
 /// program folder. A line of that file is a product id, an optional limit ("<3.01": for software
 /// below that version) and protocols ("L001 A010 A100 D103"), all separated by blanks; the first
 /// line that matches counts, and the first empty line ends the file.
-/// Source: Garmin GPS interface specification 001-00063-00, protocol capability.
+/// Source: Garmin interface document 001-00063-00, protocol capability.
 #pragma once
 
 #include <array>

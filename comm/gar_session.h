@@ -2,7 +2,7 @@
 /// tracks have in common.
 /// A list is a packet with the number of records, the records, and a packet that closes the
 /// transfer; the receiver's side of each step is an acknowledgement.
-/// Source: Garmin GPS interface specification 001-00063-00, application protocols A100 to A400.
+/// Source: Garmin interface document 001-00063-00, application protocols A100 to A400.
 #pragma once
 
 #include "comm/transfer.h"

@@ -1,7 +1,7 @@
 /// Exchange of Garmin packets: framing, the one way to send and wait, and the handler of received
 /// bytes, which also collects the sentences of Magellan and NMEA receivers.
 /// A frame is DLE, packet id, size of the data, data, checksum, DLE, ETX; a DLE within size, data
-/// and checksum is sent twice. Source: Garmin GPS interface specification 001-00063-00, serial
+/// and checksum is sent twice. Source: Garmin interface document 001-00063-00, serial
 /// link.
 #pragma once
 

@@ -206,11 +206,6 @@ try {
     for (const int r : chosen_routes(transfer.choice))
         for (std::string& line : mag_route_encode(store.rou[static_cast<std::size_t>(r)], r + 1))
             lines.push_back(std::move(line));
-    if (lines.empty()) {
-        transfer.end = transfer_end::empty;
-        op2.anz.caption = text(8122);
-        return;
-    }
     transfer.end = mag_write_list(lines, text_writing);
 } catch (...) {
     trap("M_R_schreiben");

@@ -95,6 +95,10 @@ mag_list mag_read_list(const std::string& command, const std::string& tag, int n
 
 transfer_end mag_write_list(const std::vector<std::string>& lines, int number)
 {
+    if (lines.empty()) {
+        op2.anz.caption = text(8122);
+        return transfer_end::empty;
+    }
     transfer_end end = transfer_end::whole;
     std::size_t sent = 0;
     mag_hand_on();

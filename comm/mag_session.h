@@ -28,7 +28,8 @@ struct mag_list {
 mag_list mag_read_list(const std::string& command, const std::string& tag, int number);
 
 /// Sends the lines, each to be acknowledged, and the hand-off. `number`: text that counts them.
-/// Ends with whole, cancelled or broken_off, which the result window tells.
+/// Ends with whole, cancelled or broken_off, which the result window tells; with empty, told too,
+/// when there are no lines, and then nothing goes out.
 transfer_end mag_write_list(const std::vector<std::string>& lines, int number);
 
 /// The session's first and last line.

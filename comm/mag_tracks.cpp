@@ -115,11 +115,6 @@ try {
     std::vector<std::string> lines;
     for (std::int32_t i = first; i < end; ++i)
         lines.push_back(mag_point_encode(store.trk[static_cast<std::size_t>(i)]));
-    if (lines.empty()) {
-        transfer.end = transfer_end::empty;
-        op2.anz.caption = text(8122);
-        return;
-    }
     transfer.end = mag_write_list(lines, text_writing);
 } catch (...) {
     trap("M_T_schreiben");

@@ -92,11 +92,6 @@ try {
     std::vector<std::string> lines;
     for (const int i : chosen_waypoints(transfer.choice))
         lines.push_back(mag_wp_encode(store.wp[static_cast<std::size_t>(i)]));
-    if (lines.empty()) {
-        transfer.end = transfer_end::empty;
-        op2.anz.caption = text(8122);
-        return;
-    }
     transfer.end = mag_write_list(lines, text_writing);
 } catch (...) {
     trap("M_W_schreiben");

@@ -1,7 +1,7 @@
 /// USB receivers: exchange of packets over the pipes of platform.usb, in the frame form of the
 /// serial line, so that nothing above knows the difference.
 /// A packet is its type (20 application, 0 USB layer), 3 zero bytes, id, 3 zero bytes, size of the
-/// data in 4 bytes, data. Source: Garmin GPS interface specification 001-00063-00, USB link.
+/// data in 4 bytes, data. Source: Garmin interface document 001-00063-00, USB link.
 #pragma once
 
 #include <string>
