@@ -25,7 +25,9 @@ bool whole(std::string_view frame)
 {
     const std::size_t size = frame.size();
     unsigned sum = 0;
-    if (size < 6 || frame[0] != dle || frame[size - 2] != dle || frame[size - 1] != etx)
+    // Behind an acknowledgement that was cut the next byte is taken for the head as it is.
+    if (size < 6 || (frame[0] != dle && !comm.comm_strip_ack) || frame[size - 2] != dle ||
+        frame[size - 1] != etx)
         return false;
     for (const char c : frame.substr(1, size - 3))
         sum += static_cast<unsigned char>(c);
