@@ -133,8 +133,9 @@ void run_in_testbed(const program_folder& home, const std::string& devices, cons
 {
     const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
     const std::string command = std::string(in_testbed) +
-                                "=1 ASAN_OPTIONS=verify_asan_link_order=0 umockdev-run " + devices +
-                                " -- " + self + " --gtest_filter=" + test + " > " +
+                                "=1 GTEST_TOTAL_SHARDS=1 GTEST_SHARD_INDEX=0 "
+                                "ASAN_OPTIONS=verify_asan_link_order=0 umockdev-run " +
+                                devices + " -- " + self + " --gtest_filter=" + test + " > " +
                                 home.path.string() + "/log 2>&1";
     const int status = std::system(command.c_str());
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << home.get("log");
