@@ -128,23 +128,18 @@ void add_routes(const std::vector<std::string>& lines)
     routes_added(added);
 }
 
-void read_routes()
+transfer_end read_routes()
 {
     if (transfer.waypoints_first) {
         const transfer_end waypoints = mag_take_waypoints();
-        if (waypoints != transfer_end::whole && waypoints != transfer_end::empty) {
-            transfer.end = waypoints;
-            return;
-        }
+        if (waypoints != transfer_end::whole && waypoints != transfer_end::empty)
+            return waypoints;
     }
     const mag_list list = mag_read_list("CMD,ROUTE", "RTE", text_reading);
-    transfer.end = list.end;
-    if (list.lines.empty()) {
-        if (list.end == transfer_end::whole)
-            transfer_nothing_there();
-        return;
-    }
+    if (list.lines.empty())
+        return list.end == transfer_end::whole ? transfer_end::empty : list.end;
     add_routes(list.lines);
+    return list.end;
 }
 
 } // namespace
@@ -182,16 +177,7 @@ void M_R_lesen()
 try {
     if (!transfer_begin())
         return;
-    mag_hand_on();
-    try {
-        read_routes();
-    } catch (...) {
-        mag_hand_off();
-        throw;
-    }
-    mag_hand_off();
-    if (transfer.end == transfer_end::no_receiver)
-        transfer_no_answer();
+    mag_reading(read_routes);
 } catch (const batch_cancelled&) {
     transfer.end = transfer_end::cancelled;
 } catch (...) {

@@ -53,8 +53,6 @@ std::string angle_text(double degrees, char letter, int digits)
            pic(val(comma_to_dot(shown.substr(cut + 1))), "00.000");
 }
 
-} // namespace
-
 void mag_hand_on()
 {
     mag_comm("CMD,HANDON", "");
@@ -63,6 +61,24 @@ void mag_hand_on()
 void mag_hand_off()
 {
     mag_comm("CMD,HANDOFF", "");
+}
+
+} // namespace
+
+void mag_reading(const std::function<transfer_end()>& read)
+{
+    mag_hand_on();
+    try {
+        transfer.end = read();
+    } catch (...) {
+        mag_hand_off();
+        throw;
+    }
+    mag_hand_off();
+    if (transfer.end == transfer_end::no_receiver)
+        transfer_no_answer();
+    if (transfer.end == transfer_end::empty)
+        transfer_nothing_there();
 }
 
 mag_list mag_read_list(const std::string& command, const std::string& tag, int number)

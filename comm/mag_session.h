@@ -8,6 +8,7 @@
 #include "comm/transfer.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,9 +33,9 @@ mag_list mag_read_list(const std::string& command, const std::string& tag, int n
 /// when there are no lines, and then nothing goes out.
 transfer_end mag_write_list(const std::vector<std::string>& lines, int number);
 
-/// The session's first and last line.
-void mag_hand_on();
-void mag_hand_off();
+/// A whole reading: hand-on, `read`, hand-off, which goes out whatever happens in between. The
+/// result of `read` becomes transfer.end; no_receiver and empty are told.
+void mag_reading(const std::function<transfer_end()>& read);
 
 // Fields
 // ---------------------------------------------------------------------------------------------------------------

@@ -66,6 +66,13 @@ void take_lines(const std::vector<std::string>& lines)
     tracks_read(in);
 }
 
+transfer_end read_track()
+{
+    const mag_list list = mag_read_list("CMD,TRACK", "TRK", text_reading);
+    take_lines(list.lines);
+    return list.lines.empty() && list.end == transfer_end::whole ? transfer_end::empty : list.end;
+}
+
 } // namespace
 
 std::optional<mag_point> mag_point_decode(std::string_view line)
@@ -94,15 +101,7 @@ void M_T_lesen()
 try {
     if (!transfer_begin())
         return;
-    mag_hand_on();
-    const mag_list list = mag_read_list("CMD,TRACK", "TRK", text_reading);
-    transfer.end = list.end;
-    take_lines(list.lines);
-    mag_hand_off();
-    if (list.end == transfer_end::no_receiver)
-        transfer_no_answer();
-    if (list.lines.empty() && list.end == transfer_end::whole)
-        transfer_nothing_there();
+    mag_reading(read_track);
 } catch (...) {
     trap("M_T_lesen");
 }

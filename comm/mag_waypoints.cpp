@@ -67,18 +67,7 @@ void M_W_lesen()
 try {
     if (!transfer_begin())
         return;
-    mag_hand_on();
-    try {
-        transfer.end = mag_take_waypoints();
-    } catch (...) {
-        mag_hand_off();
-        throw;
-    }
-    mag_hand_off();
-    if (transfer.end == transfer_end::no_receiver)
-        transfer_no_answer();
-    if (transfer.end == transfer_end::empty)
-        transfer_nothing_there();
+    mag_reading(mag_take_waypoints);
 } catch (const batch_cancelled&) {
     transfer.end = transfer_end::cancelled;
 } catch (...) {
