@@ -1,3 +1,4 @@
+#include "core/position_formats.h"
 #include "core/shell_parts.h"
 
 #include "core/cmd_open.h"
@@ -156,17 +157,7 @@ bool decide_instance()
 
 bool fill_position_formats()
 {
-    Form1.posform.items = {"hddd.ddddd°"_w,
-                           "hddd°mm.mmm'"_w,
-                           "hddd°mm'ss.s\""_w,
-                           "UTM",
-                           "MGRS",
-                           "(D) Gauß-Krüger"_w,
-                           "(CH) Swiss Grid",
-                           "(F) Lambert",
-                           "(GB) British Grid",
-                           "(IRL) Irish Grid",
-                           "(NZ) New Zealand Grid"};
+    Form1.posform.items = position_formats();
     Form1.posform.selected = 0;
     return true;
 }

@@ -6,6 +6,7 @@
 #include "core/code_page.h"
 #include "core/files.h"
 #include "core/form1.h"
+#include "core/position_formats.h"
 #include "core/settings.h"
 #include "tests/support/scripted_platform.h"
 
@@ -30,17 +31,7 @@ protected:
     {
         coord = {};
         datums = datum_parse(shipped_datum_table());
-        Form1.posform.items = {"hddd.ddddd°"_w,
-                               "hddd°mm.mmm'"_w,
-                               "hddd°mm'ss.s\""_w,
-                               "UTM",
-                               "MGRS",
-                               "(D) Gauß-Krüger"_w,
-                               "(CH) Swiss Grid",
-                               "(F) Lambert",
-                               "(GB) British Grid",
-                               "(IRL) Irish Grid",
-                               "(NZ) New Zealand Grid"};
+        Form1.posform.items = position_formats();
         for (const std::string& name : datums.grid_names)
             Form1.posform.items.push_back(name);
         Form1.Datum.items.clear();

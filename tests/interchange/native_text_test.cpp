@@ -5,6 +5,7 @@
 #include "core/files.h"
 #include "core/form1.h"
 #include "core/names.h"
+#include "core/position_formats.h"
 #include "core/settings.h"
 #include "core/symbols.h"
 #include "tests/interchange/format_fixture.h"
@@ -21,17 +22,7 @@ class NativeText : public format_fixture {
 protected:
     NativeText()
     {
-        Form1.posform.items = {"hddd.ddddd°"_w,
-                               "hddd°mm.mmm'"_w,
-                               "hddd°mm'ss.s\""_w,
-                               "UTM",
-                               "MGRS",
-                               "(D) Gauß-Krüger"_w,
-                               "(CH) Swiss Grid",
-                               "(F) Lambert",
-                               "(GB) British Grid",
-                               "(IRL) Irish Grid",
-                               "(NZ) New Zealand Grid"};
+        Form1.posform.items = position_formats();
         Form1.posform.selected = 0;
         choose_datum("WGS 84");
         Form1.wayp_titel.text = "Alps";
